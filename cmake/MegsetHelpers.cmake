@@ -1,0 +1,22 @@
+# Helper functions of the build.
+
+# Compiles through ccache when it is there.
+function(megset_use_ccache)
+  find_program(CCACHE_PROGRAM ccache)
+  if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM} PARENT_SCOPE)
+  endif()
+endfunction()
+
+# Warnings, sanitizers and the rules of arithmetic, which hold for every target of the project.
+function(megset_target_defaults target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off)
+  if(MEGSET_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(MEGSET_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${MEGSET_SANITIZE} -fno-omit-frame-pointer
+                                             -fno-sanitize-recover=all)
+    target_link_options(${target} PUBLIC -fsanitize=${MEGSET_SANITIZE})
+  endif()
+endfunction()
