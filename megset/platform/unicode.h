@@ -1,0 +1,32 @@
+#pragma once
+// Conversions between the encodings that the library meets: UTF-16 inside, UTF-8 outside, single bytes in old files.
+
+#include <string>
+#include <string_view>
+
+namespace megset {
+
+/// UTF-16 of UTF-8 text. Bytes that are not UTF-8 become U+FFFD, one each.
+std::u16string utf8ToUtf16(std::string_view text);
+
+/// UTF-8 of UTF-16 text. Surrogates that stand alone become U+FFFD.
+std::string utf16ToUtf8(std::u16string_view text);
+
+/// UTF-16 of the narrow strings of old files: UTF-8 where the bytes are UTF-8, Windows-1252 for each byte that is not.
+std::u16string narrowToUtf16(std::string_view text);
+
+/// UTF-16 of a file name. Bytes that are not UTF-8, and backslashes, become single low surrogates (0xDC00 + byte),
+/// so that every file name has a library form and utf16ToFileName gives the same bytes back.
+std::u16string fileNameToUtf16(std::string_view bytes);
+
+/// The bytes of a file name; the reverse of fileNameToUtf16.
+std::string utf16ToFileName(std::u16string_view text);
+
+/// Lower and upper case of one code unit: ASCII, Latin-1, Latin Extended-A, Greek and Cyrillic, in any locale.
+char16_t toLower(char16_t unit);
+char16_t toUpper(char16_t unit);
+
+/// Blank, tabulator, line ends and the other spaces of Unicode.
+bool isSpace(char16_t unit);
+
+} // namespace megset
