@@ -188,7 +188,8 @@ unsigned CArchive::exchangeBlock(void* data, unsigned count, std::string_view na
         Write(data, count);
     } else {
         done = Read(data, count);
-        std::memset(static_cast<std::byte*>(data) + done, 0, count - done);
+        if (done < count)
+            std::memset(static_cast<std::byte*>(data) + done, 0, count - done);
     }
     m_names = outer;
     return done;
