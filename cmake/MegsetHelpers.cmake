@@ -18,6 +18,17 @@ function(megset_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=${MEGSET_SANITIZE} -fno-omit-frame-pointer
                                              -fno-sanitize-recover=all)
     target_link_options(${target} PUBLIC -fsanitize=${MEGSET_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # Instrumented code makes gcc see uninitialised values that are not there.
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
+  endif()
+endfunction()
+
+# Programs that the fuzz preset builds only to show that clang takes them: quick to compile, not instrumented.
+function(megset_target_only_compiles_for_fuzz target)
+  if(MEGSET_BUILD_FUZZ)
+    target_compile_options(${target} PRIVATE -O0 -fno-sanitize=all)
   endif()
 endfunction()
 

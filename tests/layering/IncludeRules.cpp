@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <regex>
 #include <set>
+#include <sstream>
 
 namespace megset::layering {
 
@@ -177,11 +177,14 @@ const std::set<std::string_view> standardHeaders{"algorithm",
                                                  "vector",
                                                  "version"};
 
-// Headers of POSIX and Linux that a C++ program has no need of; those in folders are told by the folder.
-const std::regex
-    systemHeader("(sys|linux|net|netinet|arpa|asm|bits)/.*|(aio|cpio|dirent|dlfcn|fcntl|fmtmsg|fnmatch|ftw|"
-                 "glob|grp|iconv|ifaddrs|langinfo|libgen|mqueue|netdb|nl_types|poll|pthread|pwd|sched|"
-                 "semaphore|signal|spawn|strings|syslog|termios|ucontext|unistd|utime|wordexp)\\.h");
+// Headers of POSIX and Linux that a C++ program has no need of: whole folders, and single ones.
+const std::set<std::string_view> systemFolders{"sys", "linux", "net", "netinet", "arpa", "asm", "bits"};
+
+const std::set<std::string_view> systemHeaders{
+    "aio.h",      "cpio.h",   "dirent.h",  "dlfcn.h",    "fcntl.h",    "fmtmsg.h",    "fnmatch.h", "ftw.h",
+    "glob.h",     "grp.h",    "iconv.h",   "ifaddrs.h",  "langinfo.h", "libgen.h",    "mqueue.h",  "netdb.h",
+    "nl_types.h", "poll.h",   "pthread.h", "pwd.h",      "sched.h",    "semaphore.h", "signal.h",  "spawn.h",
+    "strings.h",  "syslog.h", "termios.h", "ucontext.h", "unistd.h",   "utime.h",     "wordexp.h"};
 
 // A project file's path taken apart: megset/core/CMDChannel.h is of the top "megset", folder "core", stem "CMDChannel".
 struct Place
@@ -275,10 +278,15 @@ bool mayCallTheSystem(const Place& place)
     return place.folder == "platform" && place.stem.starts_with("posix_") && !place.isHeader;
 }
 
+bool isSystemHeader(std::string_view name)
+{
+    return systemHeaders.contains(name) || systemFolders.contains(name.substr(0, name.find('/')));
+}
+
 std::string faultOfSystemInclude(const Place& from, const std::string& name)
 {
     if (from.top == "apps") {
-        return std::regex_match(name, systemHeader) ? "system calls are made in megset/platform/posix_*.cpp" : "";
+        return isSystemHeader(name) ? "system calls are made in megset/platform/posix_*.cpp" : "";
     }
     if (standardHeaders.contains(name) || mayCallTheSystem(from)) {
         return "";
@@ -320,15 +328,40 @@ std::vector<std::string> faultsOfPosition(const Place& place, const std::vector<
     return faults;
 }
 
+// Takes the word from the front of the text, blanks before it too; false when another stands there.
+bool takeWord(std::string_view& text, std::string_view word)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    if (!text.starts_with(word)) {
+        return false;
+    }
+    text.remove_prefix(word.size());
+    return true;
+}
+
+// What an #include line names, with its quotes or brackets; empty for any other line.
+std::string includeOfLine(std::string_view line)
+{
+    if (!takeWord(line, "#") || !takeWord(line, "include") || !takeWord(line, "")) {
+        return "";
+    }
+    const char closing = line.starts_with('<') ? '>' : '"';
+    const std::size_t end = line.find(closing, 1);
+    return (line.starts_with('<') || line.starts_with('"')) && end != line.npos ? std::string(line.substr(0, end + 1))
+                                                                                : "";
+}
+
 } // namespace
 
 std::vector<std::string> includesOf(std::string_view source)
 {
-    static const std::regex line(R"re((?:^|\n)[ \t]*#[ \t]*include[ \t]*("[^"\n]*"|<[^>\n]*>))re");
     std::vector<std::string> includes;
-    const std::string text(source);
-    for (std::sregex_iterator found(text.begin(), text.end(), line), end; found != end; ++found) {
-        includes.push_back((*found)[1]);
+    std::istringstream lines{std::string(source)};
+    for (std::string line; std::getline(lines, line);) {
+        const std::string include = includeOfLine(line);
+        if (!include.empty()) {
+            includes.push_back(include);
+        }
     }
     return includes;
 }
