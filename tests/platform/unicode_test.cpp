@@ -49,7 +49,7 @@ std::u16string randomUnits(std::mt19937& random, std::size_t length)
 {
     std::u16string text;
     for (std::size_t i = 0; i < length; ++i) {
-        const unsigned base = random() % 2 == 0 ? 0xD800U + random() % 0x800U : random();
+        const auto base = random() % 2 == 0 ? 0xD800U + random() % 0x800U : random();
         text.push_back(static_cast<char16_t>(base & 0xFFFFU));
     }
     return text;
