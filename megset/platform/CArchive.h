@@ -1,0 +1,244 @@
+#pragma once
+// The stream of every binary file: fields one after another, little-endian, without padding.
+
+#include "megset/platform/ArchiveTracer.h"
+#include "megset/platform/CArchiveException.h"
+#include "megset/platform/CFile.h"
+
+#include <array>
+#include <bit>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <type_traits>
+
+namespace megset {
+
+static_assert(std::endian::native == std::endian::little, "fields are copied as they stand in memory");
+static_assert(sizeof(float) == 4 && sizeof(double) == 8, "IEEE 754 widths");
+
+/// A field of fixed size that goes through the archive's buffer: integers and floating point numbers of 1 to 8 bytes.
+template <class T>
+concept ArchiveScalar = (std::integral<T> || std::same_as<T, float> || std::same_as<T, double>)&&!std::same_as<T, bool>;
+
+/// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks go past the buffer.
+///
+/// Running out of file raises CArchiveException::endOfFile; a store on a loading archive readOnly, a load on a storing
+/// one writeOnly, each with the file's name. An archive and its file are used by one thread at a time.
+class CArchive
+{
+public:
+    enum Mode : unsigned
+    {
+        store = 0,
+        load = 1
+    };
+
+    /// Goes over an open file from its present position on. The file must outlive the archive.
+    CArchive(CFile* file, unsigned mode);
+    CArchive(const CArchive&) = delete;
+    CArchive& operator=(const CArchive&) = delete;
+    /// Closes the archive. A fault in writing the rest is lost here: call Close() to be told of it.
+    ~CArchive();
+
+    bool IsStoring() const { return m_mode == store; }
+    bool IsLoading() const { return m_mode == load; }
+    CFile* GetFile() const { return m_pFile; }
+    /// Writes out the buffer; when loading, moves the file to the first byte that was not read.
+    void Flush();
+    /// Flushes and lets the file go, which stays open. Does nothing the second time.
+    void Close();
+    /// Lets the file go without writing the rest.
+    void Abort();
+
+    /// Reads a block, and gives the bytes read, fewer than `count` only when the file ends.
+    unsigned Read(void* data, unsigned count);
+    void Write(const void* data, unsigned count);
+
+    /// Bytes of the file that a loading archive has not read yet.
+    std::uint64_t bytesLeft() const { return m_bytesBehindBuffer + (m_end - m_at); }
+    /// Whether an array of that size may be made for what is left of the file: about as large, or small anyway.
+    /// A count that a broken file holds is asked here before memory is taken for it.
+    bool mayHold(std::uint64_t bytes) const { return bytes <= 2 * bytesLeft() + (std::uint64_t{1} << 20U); }
+    /// Bytes from where the archive began to the next field.
+    std::uint64_t position() const { return m_bufferOffset + m_at; }
+
+    /// Writes the fields when storing and reads them when loading. The type picks the encoding: integers and floating
+    /// point numbers as they are, a bool as an int of 0 or 1, an enumeration as its underlying type, a CString
+    /// with its length, a fixed array element by element.
+    template <class... Fields>
+    void exchange(Fields&... fields)
+    {
+        (exchangeOne(fields), ...);
+    }
+    /// The same with the fields' names, separated by commas, for a tracer. Called through EXCHANGE_FIELDS.
+    template <class... Fields>
+    void exchangeNamed(std::string_view names, Fields&... fields)
+    {
+        const std::string_view outer = m_names;
+        m_names = names;
+        (exchangeNext(fields), ...);
+        m_names = outer;
+    }
+
+    template <ArchiveScalar T>
+    CArchive& operator<<(T value)
+    {
+        storeScalar(value);
+        return *this;
+    }
+    template <ArchiveScalar T>
+    CArchive& operator>>(T& value)
+    {
+        loadScalar(value);
+        return *this;
+    }
+    CArchive& operator<<(bool value) { return *this << static_cast<std::int32_t>(value ? 1 : 0); }
+    CArchive& operator>>(bool& value);
+    /// Strings are always written in the wide form; the narrow form of old files is read as well.
+    CArchive& operator<<(const CString& text);
+    CArchive& operator>>(CString& text);
+
+    /// The number that is written of `value`, or the number read; for guards and counts, which have no field.
+    std::int32_t exchangeInt(std::int32_t value, std::string_view name = {});
+    std::int64_t exchangeInt64(std::int64_t value, std::string_view name = {});
+
+    /// A block under a name: writes it, or reads it and gives the bytes read. What was not read is set to zero.
+    unsigned exchangeBlock(void* data, unsigned count, std::string_view name = {});
+
+    /// From now on every field is told to `tracer`; null ends that.
+    void setTracer(ArchiveTracer* tracer);
+    ArchiveTracer* tracer() const { return m_pTracer; }
+
+private:
+    static constexpr std::size_t bufferSize = 4096;
+
+    template <ArchiveScalar T>
+    void storeScalar(T value)
+    {
+        if (m_at + sizeof(T) > m_storeLimit) [[unlikely]]
+            prepareStore(sizeof(T));
+        if (m_pTracer != nullptr) [[unlikely]]
+            trace(value);
+        std::memcpy(m_buffer.data() + m_at, &value, sizeof(T));
+        m_at += sizeof(T);
+    }
+    template <ArchiveScalar T>
+    void loadScalar(T& value)
+    {
+        if (m_at + sizeof(T) > m_loadLimit) [[unlikely]]
+            prepareLoad(sizeof(T));
+        std::memcpy(&value, m_buffer.data() + m_at, sizeof(T));
+        if (m_pTracer != nullptr) [[unlikely]]
+            trace(value);
+        m_at += sizeof(T);
+    }
+
+    template <class T>
+    void exchangeOne(T& field)
+    {
+        if constexpr (std::is_enum_v<T>) {
+            auto number = static_cast<std::underlying_type_t<T>>(field);
+            exchangeOne(number);
+            field = static_cast<T>(number);
+        } else if (IsStoring()) {
+            *this << field;
+        } else {
+            *this >> field;
+        }
+    }
+    template <class T, std::size_t n>
+    void exchangeOne(T (&fields)[n])
+    {
+        exchangeElements(fields);
+    }
+    template <class T, std::size_t n>
+    void exchangeOne(std::array<T, n>& fields)
+    {
+        exchangeElements(fields);
+    }
+    template <class Array>
+    void exchangeElements(Array& fields)
+    {
+        const int outer = m_element;
+        m_element = 0;
+        for (auto& field : fields) {
+            exchangeOne(field);
+            ++m_element;
+        }
+        m_element = outer;
+    }
+    template <class T>
+    void exchangeNext(T& field)
+    {
+        exchangeOne(field);
+        if (m_pTracer != nullptr) [[unlikely]]
+            dropName();
+    }
+
+    template <ArchiveScalar T>
+    void trace(T value)
+    {
+        if constexpr (std::floating_point<T>)
+            traceReal(static_cast<double>(value), sizeof(T));
+        else
+            traceInteger(static_cast<std::int64_t>(value), sizeof(T), std::signed_integral<T>);
+    }
+    void traceReal(double value, std::size_t size);
+    void traceInteger(std::int64_t value, std::size_t size, bool isSigned);
+    template <class Tell>
+    void withFieldName(Tell tell);
+    void dropName();
+
+    void prepareStore(std::size_t bytes);
+    void prepareLoad(std::size_t bytes);
+    void requireStoring() const;
+    void requireLoading() const;
+    void drain();
+    bool fill(std::size_t bytes);
+    void noteBytesLeft();
+    CString fileName() const;
+
+    void writeLength(std::uint64_t length);
+    std::uint64_t readLength(bool& wide);
+    template <class Unit>
+    std::basic_string<Unit> readUnits(std::uint64_t length);
+
+    CFile* m_pFile;
+    Mode m_mode;
+    ArchiveTracer* m_pTracer = nullptr;
+
+    // The buffer holds m_at .. m_end unread bytes when loading, 0 .. m_at unwritten ones when storing. A limit of 0
+    // sends every field of the wrong direction, and of an archive without a file, to the slow path that tells so.
+    std::size_t m_at = 0;
+    std::size_t m_end = 0;
+    std::size_t m_storeLimit = 0;
+    std::size_t m_loadLimit = 0;
+    std::uint64_t m_bufferOffset = 0;      // of the buffer's first byte, from where the archive began
+    std::uint64_t m_bytesBehindBuffer = 0; // of the file, when loading
+
+    std::string_view m_names; // of the fields still to come in this list
+    int m_element = -1;       // of the array that is being exchanged
+    std::array<std::byte, bufferSize> m_buffer;
+};
+
+/// Exchanges fields of a record under their own names, so that a tracer can show them.
+#define EXCHANGE_FIELDS(archive, ...) (archive).exchangeNamed(#__VA_ARGS__, __VA_ARGS__)
+
+/// Names the section that is being exchanged to the archive's tracer, from here to the end of the scope.
+class ArchiveSection
+{
+public:
+    ArchiveSection(CArchive& archive, std::string_view name);
+    ArchiveSection(const ArchiveSection&) = delete;
+    ArchiveSection& operator=(const ArchiveSection&) = delete;
+    ~ArchiveSection();
+
+private:
+    CArchive& m_archive;
+    ArchiveTracer* m_pTracer;
+};
+
+} // namespace megset
