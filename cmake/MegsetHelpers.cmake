@@ -18,5 +18,23 @@ function(megset_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=${MEGSET_SANITIZE} -fno-omit-frame-pointer
                                              -fno-sanitize-recover=all)
     target_link_options(${target} PUBLIC -fsanitize=${MEGSET_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # Instrumented code makes gcc see uninitialised values that are not there.
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
   endif()
 endfunction()
+
+# For programs and tests, of which compile time matters more than run time outside release builds. The fuzz preset builds
+# them only to show that clang takes them.
+function(megset_target_compiles_quickly target)
+  target_compile_options(${target} PRIVATE "$<$<CONFIG:RelWithDebInfo>:-O1;-g1>")
+  if(MEGSET_BUILD_FUZZ)
+    target_compile_options(${target} PRIVATE -O0 -fno-sanitize=all)
+  endif()
+endfunction()
+
+# What the sanitizers are told when a test runs: allocation that fails gives null, as it does without them.
+set(MEGSET_SANITIZER_ENVIRONMENT
+    "ASAN_OPTIONS=allocator_may_return_null=1:detect_leaks=1:detect_stack_use_after_return=1"
+    "UBSAN_OPTIONS=print_stacktrace=1")

@@ -13,6 +13,7 @@ constexpr std::uint8_t longerThanByte = 0xFF;
 constexpr std::uint16_t longerThanShort = 0xFFFF;
 constexpr std::uint16_t wideMarker = 0xFFFE;
 constexpr std::uint32_t longerThanInt = 0xFFFFFFFF;
+constexpr std::uint64_t longestString = INT32_MAX;
 
 // What a tracer sees is the field, not the steps of its encoding.
 class TracerPause
@@ -25,8 +26,6 @@ public:
     TracerPause(const TracerPause&) = delete;
     TracerPause& operator=(const TracerPause&) = delete;
     ~TracerPause() { m_archive.setTracer(m_pTracer); }
-
-    ArchiveTracer* tracer() const { return m_pTracer; }
 
 private:
     CArchive& m_archive;
@@ -46,7 +45,7 @@ CArchive::~CArchive()
 {
     try {
         Close();
-    } catch (const CException&) {
+    } catch (...) {
         // A destructor may run while another exception passes; the docstring tells where to look for this one.
         Abort();
     }
@@ -141,11 +140,13 @@ CArchive& CArchive::operator<<(const CString& text)
 {
     const std::uint64_t start = position();
     {
-        TracerPause pause(*this);
-        *this << longerThanByte << wideMarker;
+        const TracerPause pause(*this);
         const std::u16string_view units = text.view();
-        writeLength(units.size());
         // A length is an int in this library, so that the bytes of one string fit a block's 32 bits.
+        if (units.size() > longestString)
+            AfxThrowInvalidArgException();
+        *this << longerThanByte << wideMarker;
+        writeLength(units.size());
         Write(units.data(), static_cast<unsigned>(units.size() * sizeof(char16_t)));
     }
     if (m_pTracer != nullptr)
@@ -157,7 +158,7 @@ CArchive& CArchive::operator>>(CString& text)
 {
     const std::uint64_t start = position();
     {
-        TracerPause pause(*this);
+        const TracerPause pause(*this);
         bool wide = false;
         const std::uint64_t length = readLength(wide);
         text = wide ? CString(readUnits<char16_t>(length)) : CString(narrowToUtf16(readUnits<char>(length)));
@@ -181,8 +182,7 @@ std::int64_t CArchive::exchangeInt64(std::int64_t value, std::string_view name)
 
 unsigned CArchive::exchangeBlock(void* data, unsigned count, std::string_view name)
 {
-    const std::string_view outer = m_names;
-    m_names = name;
+    const Restored outer(m_names, name);
     unsigned done = count;
     if (IsStoring()) {
         Write(data, count);
@@ -191,7 +191,6 @@ unsigned CArchive::exchangeBlock(void* data, unsigned count, std::string_view na
         if (done < count)
             std::memset(static_cast<std::byte*>(data) + done, 0, count - done);
     }
-    m_names = outer;
     return done;
 }
 
@@ -349,7 +348,7 @@ std::uint64_t CArchive::readLength(bool& wide)
 template <class Unit>
 std::basic_string<Unit> CArchive::readUnits(std::uint64_t length)
 {
-    if (length > bytesLeft() / sizeof(Unit) || length > INT32_MAX / sizeof(Unit))
+    if (length > bytesLeft() / sizeof(Unit) || length > longestString)
         AfxThrowArchiveException(CArchiveException::endOfFile);
     std::basic_string<Unit> units(length, Unit{});
     const auto bytes = static_cast<unsigned>(length * sizeof(Unit));

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace megset {
 
@@ -57,8 +58,8 @@ public:
     unsigned Read(void* data, unsigned count);
     void Write(const void* data, unsigned count);
 
-    /// Bytes of the file that a loading archive has not read yet.
-    std::uint64_t bytesLeft() const { return m_bytesBehindBuffer + (m_end - m_at); }
+    /// Bytes of the file that a loading archive has not read yet; 0 for a storing one.
+    std::uint64_t bytesLeft() const { return IsLoading() ? m_bytesBehindBuffer + (m_end - m_at) : 0; }
     /// Whether an array of that size may be made for what is left of the file: about as large, or small anyway.
     /// A count that a broken file holds is asked here before memory is taken for it.
     bool mayHold(std::uint64_t bytes) const { return bytes <= 2 * bytesLeft() + (std::uint64_t{1} << 20U); }
@@ -77,10 +78,8 @@ public:
     template <class... Fields>
     void exchangeNamed(std::string_view names, Fields&... fields)
     {
-        const std::string_view outer = m_names;
-        m_names = names;
+        const Restored outer(m_names, names);
         (exchangeNext(fields), ...);
-        m_names = outer;
     }
 
     template <ArchiveScalar T>
@@ -95,7 +94,12 @@ public:
         loadScalar(value);
         return *this;
     }
-    CArchive& operator<<(bool value) { return *this << static_cast<std::int32_t>(value ? 1 : 0); }
+    /// A bool is written as an int. Only a bool is taken for one: a plain literal goes the way of the strings.
+    template <std::same_as<bool> T>
+    CArchive& operator<<(T value)
+    {
+        return *this << static_cast<std::int32_t>(value ? 1 : 0);
+    }
     CArchive& operator>>(bool& value);
     /// Strings are always written in the wide form; the narrow form of old files is read as well.
     CArchive& operator<<(const CString& text);
@@ -114,6 +118,21 @@ public:
 
 private:
     static constexpr std::size_t bufferSize = 4096;
+
+    // Gives a member another value for the length of a scope, which an exception may end.
+    template <class Value>
+    class Restored
+    {
+    public:
+        Restored(Value& member, Value value) : m_member(member), m_outer(std::exchange(member, value)) {}
+        Restored(const Restored&) = delete;
+        Restored& operator=(const Restored&) = delete;
+        ~Restored() { m_member = m_outer; }
+
+    private:
+        Value& m_member;
+        Value m_outer;
+    };
 
     template <ArchiveScalar T>
     void storeScalar(T value)
@@ -140,6 +159,9 @@ private:
     void exchangeOne(T& field)
     {
         if constexpr (std::is_enum_v<T>) {
+            // A file may hold any number; an enumeration without a stated type has no room for each of them.
+            static_assert(
+                requires { T{std::underlying_type_t<T>{}}; }, "state the enumeration's underlying type");
             auto number = static_cast<std::underlying_type_t<T>>(field);
             exchangeOne(number);
             field = static_cast<T>(number);
@@ -162,13 +184,11 @@ private:
     template <class Array>
     void exchangeElements(Array& fields)
     {
-        const int outer = m_element;
-        m_element = 0;
+        const Restored outer(m_element, 0);
         for (auto& field : fields) {
             exchangeOne(field);
             ++m_element;
         }
-        m_element = outer;
     }
     template <class T>
     void exchangeNext(T& field)

@@ -9,7 +9,9 @@ namespace megset {
 bool CFileFind::FindFile(const CString& path)
 {
     Close();
-    if (path.IsEmpty())
+    // A path that ends in a separator names what is inside a folder, and no file or folder itself.
+    const char16_t last = path.GetAt(path.GetLength() - 1);
+    if (path.IsEmpty() || last == u'\\' || last == u'/' || path.Find(u'\0') >= 0)
         return false;
     std::error_code error;
     const auto status = std::filesystem::status(toNative(path), error);

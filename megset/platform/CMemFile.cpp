@@ -48,9 +48,11 @@ void CMemFile::Write(const void* data, unsigned count)
 std::uint64_t CMemFile::Seek(std::int64_t offset, unsigned from)
 {
     const std::uint64_t base = from == begin ? 0 : from == current ? m_position : m_content.size();
-    if (offset < 0 && std::uint64_t{0} - static_cast<std::uint64_t>(offset) > base)
+    // The sum wraps around for an offset below 0, as it should; what is before the start ends up above the limit.
+    const std::uint64_t position = base + static_cast<std::uint64_t>(offset);
+    if (position > INT64_MAX)
         AfxThrowFileException(CFileException::badSeek, 0, GetFilePath());
-    m_position = base + static_cast<std::uint64_t>(offset);
+    m_position = position;
     return m_position;
 }
 

@@ -2,8 +2,10 @@
 
 #include "megset/platform/memory.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace megset {
 
@@ -13,6 +15,18 @@ template <class T>
 class SlotArray
 {
 public:
+    SlotArray() = default;
+    SlotArray(SlotArray&& other) noexcept : m_slots(std::move(other.m_slots)), m_count(std::exchange(other.m_count, 0))
+    {
+    }
+    SlotArray& operator=(SlotArray&& other) noexcept
+    {
+        m_slots = std::move(other.m_slots);
+        m_count = std::exchange(other.m_count, 0);
+        return *this;
+    }
+    ~SlotArray() = default;
+
     /// Makes `count` empty places in place of what was there; 0 with the array absent when there is no memory.
     int allocate(std::int64_t count)
     {

@@ -38,9 +38,9 @@ inline std::uint32_t guardedBlockBytes(std::int64_t count, std::size_t elementBy
 }
 
 /// A guarded block: an int that says whether the array exists, and its elements as one block. `count` stands elsewhere
-/// in the record, before the guard. `allocate(count)` makes a zeroed array, or null. `array` is a unique_ptr to an
-/// array.
-template <class Array, class Allocate>
+/// in the record, before the guard. `allocate(count)` makes an array, or null; where guardedBlockBytes is less than
+/// what the elements take, it must be zeroed. `array` is a unique_ptr to an array.
+template <class Array, std::invocable<std::int64_t> Allocate>
 BlockResult exchangeGuardedBlock(CArchive& ar, Array& array, std::int64_t count, Allocate allocate,
                                  std::string_view name = {})
 {
@@ -65,18 +65,34 @@ BlockResult exchangeGuardedBlock(CArchive& ar, Array& array, std::int64_t count,
     return done == bytes ? BlockResult::complete : done == 0 ? BlockResult::empty : BlockResult::partial;
 }
 
-/// The same for an array of numbers that is made with tryNewZeroArray.
+/// Whether the block of an array covers all of its elements, so that none of them needs a value before it is read.
+inline bool blockCoversArray(std::int64_t count, std::size_t elementBytes)
+{
+    return guardedBlockBytes(count, elementBytes) == static_cast<std::uint64_t>(count) * elementBytes;
+}
+
+/// The same for an array of numbers from tryNewArray.
 template <class Element>
 BlockResult exchangeGuardedBlock(CArchive& ar, std::unique_ptr<Element[]>& array, std::int64_t count,
                                  std::string_view name = {})
 {
-    return exchangeGuardedBlock(
-        ar, array, count, [](std::int64_t n) { return tryNewZeroArray<Element>(n); }, name);
+    const auto allocate = [](std::int64_t n) {
+        return blockCoversArray(n, sizeof(Element)) ? tryNewArray<Element>(n) : tryNewZeroArray<Element>(n);
+    };
+    return exchangeGuardedBlock(ar, array, count, allocate, name);
+}
+
+/// The same for samples from tryNewSamples.
+inline BlockResult exchangeGuardedBlock(CArchive& ar, SampleArray& array, std::int64_t count,
+                                        std::string_view name = {})
+{
+    const auto allocate = [](std::int64_t n) { return tryNewSamples(n, !blockCoversArray(n, sizeof(double))); };
+    return exchangeGuardedBlock(ar, array, count, allocate, name);
 }
 
 /// A guarded record: an int that says whether the object exists, and the object's own fields, by `serialize(object)`,
-/// which returns int. Loading makes a new object in any case that one is there. `made` is false when it could not be
-/// made. Gives what `serialize` gave, 1 without an object, 0 when the object could not be made.
+/// which returns int. Loading ends the object that was there and makes a new one when the file has one. Gives what
+/// `serialize` gave, 1 without an object, 0 when the object could not be made.
 template <class T, class Serialize>
 int exchangeGuarded(CArchive& ar, std::unique_ptr<T>& object, Serialize serialize, std::string_view name = {})
 {

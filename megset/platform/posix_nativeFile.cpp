@@ -71,7 +71,9 @@ FileFault openFault(const FileOpening& opening)
 
 int openFlags(const FileOpening& opening)
 {
-    const int access = opening.read && opening.write ? O_RDWR : opening.write ? O_WRONLY : O_RDONLY;
+    // A file that is to be emptied must be open for writing, whoever asked for it.
+    const bool write = opening.write || (opening.create && opening.truncate);
+    const int access = opening.read && write ? O_RDWR : write ? O_WRONLY : O_RDONLY;
     // O_NONBLOCK keeps a pipe from waiting for its other end. Emptying waits until the lock is held.
     return access | O_CLOEXEC | O_NONBLOCK | (opening.create ? O_CREAT : 0);
 }
@@ -81,6 +83,9 @@ int openFlags(const FileOpening& opening)
 FileFault NativeFile::open(const std::filesystem::path& path, const FileOpening& opening)
 {
     close();
+    // A zero inside a name would end it early, and another file would be opened.
+    if (path.native().find('\0') != std::string::npos)
+        return {CFileException::badPath, 0};
     constexpr mode_t everybodyByUmask = 0666;
     do {
         m_handle = ::open(path.c_str(), openFlags(opening), everybodyByUmask);

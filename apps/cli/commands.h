@@ -1,0 +1,14 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace megset::cli {
+
+// Every command is a file of its own with one function that adds it to the program; main.cpp calls them all. A
+// command does its work in its callback and throws a std::exception when that fails: the program then shows what()
+// on standard error and ends with 1.
+
+/// `--version`: library version, compiler and processor path, a line each.
+void addVersion(CLI::App& program);
+
+} // namespace megset::cli

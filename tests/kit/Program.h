@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace megset::kit {
+
+/// What a program left behind: its exit code (-1 when a signal ended it) and all that it printed.
+struct ProgramResult
+{
+    int exitCode = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs a program with these arguments and an empty standard input, and waits for its end. `environment` holds
+/// NAME=value settings that come on top of the test's own.
+ProgramResult runProgram(const std::string& path, const std::vector<std::string>& arguments,
+                         const std::vector<std::string>& environment = {});
+
+} // namespace megset::kit
