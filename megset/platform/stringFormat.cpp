@@ -19,6 +19,7 @@ constexpr int maxPrecision = 1100;
 struct Conversion
 {
     bool left = false, plus = false, blank = false, zero = false, alternative = false;
+    bool wide = false; // marked as 64 bits
     int width = 0;
     int precision = -1; // -1: none given
     char16_t letter = 0;
@@ -66,7 +67,7 @@ private:
     Conversion readConversion()
     {
         Conversion result;
-        for (; isOneOf(peek(), u"-+ 0#") && peek() != 0; ++m_at) {
+        for (; isOneOf(peek(), u"-+ 0#"); ++m_at) {
             result.left |= peek() == u'-';
             result.plus |= peek() == u'+';
             result.blank |= peek() == u' ';
@@ -82,7 +83,7 @@ private:
             ++m_at;
             result.precision = std::max(-1, readNumber(maxPrecision));
         }
-        skipLengthMark();
+        result.wide = readLengthMark();
         result.letter = peek();
         if (result.letter != 0)
             ++m_at;
@@ -105,14 +106,16 @@ private:
         return number;
     }
 
-    void skipLengthMark()
+    // True for the marks of 64 bits.
+    bool readLengthMark()
     {
         const std::u16string_view rest = m_format.substr(m_at);
         if (rest.starts_with(u"I64") || rest.starts_with(u"I32"))
             m_at += 3;
         else
-            while (isOneOf(peek(), u"hlLwzjt") && peek() != 0)
+            while (isOneOf(peek(), u"hlLwzjt"))
                 ++m_at;
+        return rest.starts_with(u"I64") || rest.starts_with(u"ll");
     }
 
     void put(const Conversion& conversion, const FormatArgument& argument)
@@ -129,7 +132,7 @@ private:
         else if (isOneOf(letter, u"uxXo"))
             putUnsigned(conversion, argument.asUnsigned());
         else
-            putSigned(conversion, argument.asSigned());
+            putSigned(conversion, argument.asSigned(conversion.wide || isOneOf(letter, u"sS")));
     }
 
     void putText(const Conversion& conversion, std::u16string text)
@@ -163,6 +166,8 @@ private:
             digits.clear();
         if (conversion.precision > static_cast<int>(digits.size()))
             digits.insert(0, static_cast<std::size_t>(conversion.precision) - digits.size(), u'0');
+        if (conversion.letter == u'o' && conversion.alternative && !digits.starts_with(u'0'))
+            digits.insert(0, 1, u'0');
         if (conversion.letter == u'X')
             std::transform(digits.begin(), digits.end(), digits.begin(), toUpper);
         pad(conversion, prefix, digits, conversion.zero && conversion.precision < 0);
@@ -225,15 +230,15 @@ std::int64_t truncated(double value)
 
 FormatArgument::FormatArgument(const CString& text) : m_value(text.view()) {}
 
-std::int64_t FormatArgument::asSigned() const
+std::int64_t FormatArgument::asSigned(bool wide) const
 {
     if (isDouble())
         return truncated(std::get<double>(m_value));
     if (isText())
         return 0;
-    // Widths below 64 bits hold what the conversion to int64 kept; only an unsigned int in "%d" is folded.
+    // Every narrower type fits; only an unsigned int in "%d" is folded, as printf does.
     const std::int64_t value = std::get<std::int64_t>(m_value);
-    return m_bits == 32 ? static_cast<std::int32_t>(value) : value;
+    return m_bits == 32 && !wide ? static_cast<std::int32_t>(value) : value;
 }
 
 std::uint64_t FormatArgument::asUnsigned() const

@@ -7,6 +7,7 @@ namespace megset {
 namespace {
 
 constexpr char16_t replacement = 0xFFFD;
+constexpr char16_t escapedBackslash = 0xDC00 + u'\\';
 
 // 0x80 to 0x9F of Windows-1252; the five free places keep their own number, as that system does.
 constexpr std::array<char16_t, 32> windows1252High = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -171,14 +172,15 @@ std::u16string fileNameToUtf16(std::string_view bytes)
     std::u16string out = decode(bytes, [](unsigned byte) { return static_cast<char16_t>(0xDC00U + byte); });
     for (char16_t& unit : out)
         if (unit == u'\\')
-            unit = 0xDC00U + u'\\';
+            unit = escapedBackslash;
     return out;
 }
 
 std::string utf16ToFileName(std::u16string_view text)
 {
     return encode(text, [](std::string& out, char16_t unit) {
-        if (unit >= 0xDC00U && unit <= 0xDCFFU)
+        const bool byte = (unit >= 0xDC80U && unit <= 0xDCFFU) || unit == escapedBackslash;
+        if (byte)
             out.push_back(static_cast<char>(static_cast<unsigned char>(unit & 0xFFU)));
         else
             appendUtf8(out, replacement);

@@ -19,10 +19,12 @@ std::u16string narrowToUtf16(std::string_view text);
 /// so that every file name has a library form and utf16ToFileName gives the same bytes back.
 std::u16string fileNameToUtf16(std::string_view bytes);
 
-/// The bytes of a file name; the reverse of fileNameToUtf16.
+/// The bytes of a file name; the reverse of fileNameToUtf16. A surrogate that stands alone and is none of those above
+/// becomes U+FFFD, so that no text of a file can smuggle in a slash or a zero.
 std::string utf16ToFileName(std::u16string_view text);
 
-/// Lower and upper case of one code unit: ASCII, Latin-1, Latin Extended-A, Greek and Cyrillic, in any locale.
+/// Lower and upper case of one code unit, the same in any locale: ASCII, Latin-1, Latin Extended-A, Greek without
+/// accents, Cyrillic of Russian and its neighbours. Every other unit stays.
 char16_t toLower(char16_t unit);
 char16_t toUpper(char16_t unit);
 
