@@ -42,7 +42,8 @@ std::unique_ptr<CWinThread> AfxBeginThread(std::function<unsigned()> work)
 
 std::unique_ptr<CWinThread> AfxBeginThread(unsigned (*work)(void*), void* argument)
 {
-    return AfxBeginThread([work, argument] { return work(argument); });
+    return AfxBeginThread(work == nullptr ? std::function<unsigned()>()
+                                          : std::function<unsigned()>([work, argument] { return work(argument); }));
 }
 
 } // namespace megset
