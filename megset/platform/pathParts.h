@@ -1,0 +1,17 @@
+#pragma once
+// The parts of a path in library form.
+
+#include "megset/platform/CString.h"
+
+namespace megset {
+
+/// Everything behind the last backslash; the whole path if there is none.
+CString fileNameOf(const CString& path);
+
+/// The file name up to its last dot; the whole name if there is none.
+CString fileTitleOf(const CString& path);
+
+/// Everything behind the last dot of the file name; empty if there is none.
+CString fileExtensionOf(const CString& path);
+
+} // namespace megset
