@@ -1,17 +1,31 @@
 #include "megset/numeric/processorPath.h"
 
+#include "megset/numeric/multiversion.h"
+
 namespace megset::numeric {
 
-std::string_view processorPath()
+ProcessorPath currentProcessorPath() noexcept
 {
-#if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx512f")) {
-        return "avx512f";
-    }
-    if (__builtin_cpu_supports("avx2")) {
-        return "avx2";
-    }
+#if MEGSET_HAS_MULTIVERSION
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx512f"))
+        return ProcessorPath::Avx512;
+    if (__builtin_cpu_supports("avx2"))
+        return ProcessorPath::Avx2;
 #endif
+    return ProcessorPath::Baseline;
+}
+
+std::string_view processorPath() noexcept
+{
+    switch (currentProcessorPath()) {
+    case ProcessorPath::Avx512:
+        return "avx512f";
+    case ProcessorPath::Avx2:
+        return "avx2";
+    case ProcessorPath::Baseline:
+        break;
+    }
     return "baseline";
 }
 

@@ -2,9 +2,9 @@
 
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/FileFilter.h"
+#include "megset/platform/paths.h"
 #include "megset/platform/terminal.h"
 #include "megset/platform/terminalText.h"
-#include "megset/platform/unicode.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -17,20 +17,6 @@ namespace fs = std::filesystem;
 
 constexpr std::chrono::milliseconds drawInterval{100};
 constexpr const char* prefix = "megset: ";
-
-CString fromNative(const fs::path& path)
-{
-    std::u16string text = fileNameToUtf16(path.string());
-    std::replace(text.begin(), text.end(), u'/', u'\\');
-    return text;
-}
-
-fs::path toNative(const CString& path)
-{
-    std::u16string text(path.view());
-    std::replace(text.begin(), text.end(), u'\\', u'/');
-    return utf16ToFileName(text);
-}
 
 // A message as it is shown: behind the prefix, its further lines indented, so that no text looks like a message of
 // its own.

@@ -160,29 +160,31 @@ inline constexpr std::array<MEG_STD_POS, 32> g_aMegStd32 = std::to_array<MEG_STD
 });
 // clang-format on
 
-/// The row of this name, compared exactly (the tables are in upper case); null if there is none.
+/// The index of this name's row, compared exactly (the tables are in upper case); the table's size if there is none.
+constexpr std::size_t findEegStdRow(std::span<const EEG_STD_POS> table, std::u16string_view name)
+{
+    std::size_t i = 0;
+    while (i < table.size() && !std::ranges::equal(table[i].m_strElectrodeName, name))
+        ++i;
+    return i;
+}
+
+/// The row of this name; null if there is none.
 constexpr const EEG_STD_POS* findEegStdPos(std::span<const EEG_STD_POS> table, std::u16string_view name)
 {
-    const auto sameName = [name](const EEG_STD_POS& row) {
-        return std::equal(row.m_strElectrodeName.begin(), row.m_strElectrodeName.end(), name.begin(), name.end());
-    };
-    const auto row = std::find_if(table.begin(), table.end(), sameName);
-    return row == table.end() ? nullptr : &*row;
+    const std::size_t i = findEegStdRow(table, name);
+    return i < table.size() ? &table[i] : nullptr;
 }
 
 namespace detail {
 
-// The named rows of g_aEegStd21; a name that isn't there fails the build.
+// The named rows of g_aEegStd21; a name that isn't there fails the build, since `at` can't raise while compiling.
 template <std::size_t N>
 consteval std::array<EEG_STD_POS, N> rowsOfEegStd21(const std::u16string_view (&names)[N])
 {
     std::array<EEG_STD_POS, N> rows;
-    for (std::size_t i = 0; i < N; ++i) {
-        const EEG_STD_POS* row = findEegStdPos(g_aEegStd21, names[i]);
-        if (row == nullptr)
-            throw "no electrode of this name";
-        rows[i] = *row;
-    }
+    for (std::size_t i = 0; i < N; ++i)
+        rows[i] = g_aEegStd21.at(findEegStdRow(g_aEegStd21, names[i]));
     return rows;
 }
 

@@ -3,6 +3,7 @@
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CFileDialog.h"
 #include "megset/platform/CProgresszk.h"
+#include "megset/platform/paths.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -175,13 +176,7 @@ protected:
     }
 
     std::string native(const std::string& name) const { return (folder / name).string(); }
-    // The library form; the folder has no names that would need more care.
-    CString library(const std::string& name) const
-    {
-        CString path = native(name);
-        path.Replace("/", "\\");
-        return path;
-    }
+    CString library(const std::string& name) const { return fromNative(folder / name); }
     FileRequest opening() const
     {
         FileRequest request;
@@ -286,11 +281,19 @@ TEST_F(ConsoleFileChoices, ARelativePathBecomesAFullOne)
 {
     FileRequest request = saving();
     request.confirmOverwrite = false;
-    CString folderNow = std::filesystem::current_path().string();
-    folderNow.Replace("/", "\\");
     const auto choice = terminal("new.trl\n").chooseFile(request);
     ASSERT_TRUE(choice);
-    EXPECT_EQ(choice->path, folderNow + "\\new.trl");
+    EXPECT_EQ(choice->path, currentDirectory() + "\\new.trl");
+}
+
+TEST_F(ConsoleFileChoices, AnyFileNameComesThrough)
+{
+    for (const std::string name : {"\xe6\xb8\xac.trl", "back\\slash.trl", "not\xff utf8.trl"}) {
+        std::ofstream(folder / name) << "x";
+        const auto choice = terminal(native(name) + "\n").chooseFile(opening());
+        ASSERT_TRUE(choice) << name;
+        EXPECT_EQ(toNative(choice->path).string(), native(name));
+    }
 }
 
 TEST_F(ConsoleFileChoices, WithoutATerminalAreCancelledAndSayWhatWasAsked)

@@ -1,0 +1,36 @@
+// Copies of samples, converted to double.
+//
+// Every function takes as many samples as its shortest span holds. Source and targets must not overlap. The forms with
+// a second target write both in one pass, for the working and the backup array of a channel.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace megset::numeric {
+
+/// to[i] = from[i]
+void copy(std::span<const double> from, std::span<double> to) noexcept;
+void copy(std::span<const double> from, std::span<double> to, std::span<double> alsoTo) noexcept;
+
+/// to[i] = double(from[i])
+void convert(std::span<const std::int32_t> from, std::span<double> to) noexcept;
+void convert(std::span<const std::int32_t> from, std::span<double> to, std::span<double> alsoTo) noexcept;
+void convert(std::span<const float> from, std::span<double> to) noexcept;
+void convert(std::span<const float> from, std::span<double> to, std::span<double> alsoTo) noexcept;
+
+/// to[i] = double(from[i]) * scale
+void convertScaled(std::span<const float> from, double scale, std::span<double> to) noexcept;
+void convertScaled(std::span<const float> from, double scale, std::span<double> to, std::span<double> alsoTo) noexcept;
+
+/// to[i] = double(the i-th big-endian 32-bit integer of the bytes); an incomplete integer at the end is left out.
+void convertBigEndian(std::span<const std::byte> from, std::span<double> to) noexcept;
+void convertBigEndian(std::span<const std::byte> from, std::span<double> to, std::span<double> alsoTo) noexcept;
+
+/// to[i] = double(the i-th big-endian 32-bit integer of the bytes) * scale
+void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to) noexcept;
+void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to,
+                            std::span<double> alsoTo) noexcept;
+
+} // namespace megset::numeric
