@@ -15,6 +15,7 @@ class CPtrArray
 public:
     int GetSize() const { return static_cast<int>(m_items.size()); }
     int GetCount() const { return GetSize(); }
+    int size() const { return GetSize(); }
     bool IsEmpty() const { return m_items.empty(); }
     void* GetAt(int i) const { return m_items[checked(i)]; }
     void* operator[](int i) const { return GetAt(i); }
@@ -61,6 +62,7 @@ public:
 
     int GetSize() const { return static_cast<int>(m_items.size()); }
     int GetCount() const { return GetSize(); }
+    int size() const { return GetSize(); }
     bool IsEmpty() const { return m_items.empty(); }
     T* GetAt(int i) const { return m_items[checked(i)].get(); }
     T* operator[](int i) const { return GetAt(i); }

@@ -106,7 +106,7 @@ int exchangeGuarded(CArchive& ar, std::unique_ptr<T>& object, Serialize serializ
 
 /// A counted list of values: an int with the count, then the elements one after another, by `exchangeElement(element)`.
 /// The list grows as the elements come, so that a count that the file can't hold ends at the end of the file.
-template <class T, class ExchangeElement>
+template <class T, std::invocable<T&> ExchangeElement>
 void exchangeList(CArchive& ar, std::vector<T>& list, ExchangeElement exchangeElement, std::string_view name = "count")
 {
     const std::int32_t count = ar.exchangeInt(static_cast<std::int32_t>(list.size()), name);

@@ -1,0 +1,36 @@
+#pragma once
+// Numbers over all samples of a channel, and the channel's sensor as processing sees it. Needs the sensor of
+// CMDChannel0SensorInfo.
+
+#include "megset/display/CMDChannel3Show.h"
+
+namespace megset {
+
+class CMDChannel7ProcessX : public CMDChannel3Show
+{
+public:
+    /// Sets the range fields from the working samples. The first sample counts twice in the mean: it is meant so. 0
+    /// without samples.
+    int computeDataRange();
+    /// Physical units per unit of the range fields; 0.0 where these have no extent.
+    double getBitValue() const;
+    /// What is added to a value of the range fields before it is multiplied by getBitValue(); 0.0 where that is not
+    /// above 0.
+    double getOffset() const;
+    /// Multiplies the working samples, with `both` the backup samples, too. 0 without working samples; 0 without backup
+    /// samples where these were asked for, with the working ones scaled.
+    int scaleWaveData(double factor, int both);
+    /// Stretches n values to m > n. The two weights stand the other way round than in an interpolation, so that a point
+    /// on a source index gets 0: this curve is meant. A weight on the element behind the source counts as 0. 1, or 0
+    /// unless 0 < n < m and both arrays are given.
+    static int expandDataPoints(std::int64_t n, const int* src, std::int64_t m, int* dst);
+    // Of the sensor of a MEG channel; 0 for any other channel and without a sensor.
+
+    /// Distance of its coils in mm.
+    double getCoilBaseLine() const;
+    /// Whether it stands at gradient order 2 or above.
+    int hasSyntheticGradiometer() const;
+    int isAxialGrad() const;
+};
+
+} // namespace megset

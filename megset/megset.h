@@ -1,0 +1,23 @@
+#pragma once
+// Everything public: the three chains, the records, the catalogues and the platform they stand on.
+
+#include "megset/core/CMDChannelzk.h"
+#include "megset/core/CMDTrialzk.h"
+#include "megset/core/CMEGDatazk.h"
+#include "megset/core/catalogues.h"
+#include "megset/platform/AfxBeginThread.h"
+#include "megset/platform/AfxMessageBox.h"
+#include "megset/platform/CArchive.h"
+#include "megset/platform/CConsoleHost.h"
+#include "megset/platform/CDocument.h"
+#include "megset/platform/CFileDialog.h"
+#include "megset/platform/CFileFind.h"
+#include "megset/platform/CMemFile.h"
+#include "megset/platform/CProgresszk.h"
+#include "megset/platform/CRichInfozk.h"
+#include "megset/platform/CUserHost.h"
+#include "megset/platform/CWaitCursor.h"
+#include "megset/platform/CWnd.h"
+#include "megset/platform/paths.h"
+#include "megset/platform/version.h"
+#include "megset/records/records.h"

@@ -1,0 +1,51 @@
+#include "megset/processing/CMDTrial2Process.h"
+
+#include "megset/core/CMDChannelzk.h"
+
+namespace megset {
+
+double* CMDTrial2Process::getChannMEGData(int index) const
+{
+    const CMDChannelzk* channel = getChannel(index);
+    return channel != nullptr ? channel->getDataWave() : nullptr;
+}
+
+double* CMDTrial2Process::getChnlBkData(int index) const
+{
+    const CMDChannelzk* channel = getChannel(index);
+    return channel != nullptr ? channel->getBkData() : nullptr;
+}
+
+std::int64_t CMDTrial2Process::getChnlBkDataSz(int index) const
+{
+    const CMDChannelzk* channel = getChannel(index);
+    return channel != nullptr ? channel->getBkDataSample() : 0;
+}
+
+std::int64_t CMDTrial2Process::getTotalSample(int index) const
+{
+    const CMDChannelzk* channel = getChannel(index);
+    return channel != nullptr ? channel->getTotalSample() : 0;
+}
+
+int CMDTrial2Process::findChnlID4NameS(const CString& text) const
+{
+    for (int i = 0; i < getTotalChannel(); ++i) {
+        const CMDChannelzk* channel = m_ppChannel[i];
+        if (channel != nullptr && channel->m_strChannelName.Find(text) >= 0)
+            return i;
+    }
+    return -1;
+}
+
+int CMDTrial2Process::applyMEGSnsrGainDir2Chnls(bool once)
+{
+    if (!m_ppChannel)
+        return 0;
+    for (int i = 0; i < getTotalChannel(); ++i)
+        if (CMDChannelzk* channel = m_ppChannel[i])
+            channel->applyMEGSnsrGainDir2Data(once);
+    return 1;
+}
+
+} // namespace megset

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+namespace megset {
+
+/// A channel's samples reduced for drawing: the highest and lowest value of each block of samples.
+struct SHOW_SHRINK_DATAF
+{
+    const double* m_pSrcData =
+        nullptr;                     ///< the working array it was built from, not owned; another array makes it stale
+    std::int64_t m_nSrcSample = 0;   ///< samples of that array
+    double m_dShrinkRatio = 0.0;     ///< ratio asked for: columns per sample
+    int m_nDirty = 1;                ///< not 0: the buffer isn't valid
+    double m_dShrinkRatioUsed = 0.0; ///< the ratio it was built with
+    std::int64_t m_nBinSample = 0;   ///< samples per block
+    std::int64_t m_nBinCount = 0;    ///< blocks
+    std::unique_ptr<float[]> m_pMax; ///< highest value of each block
+    std::unique_ptr<float[]> m_pMin; ///< lowest value of each block
+};
+
+} // namespace megset
