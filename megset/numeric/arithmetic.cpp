@@ -6,11 +6,13 @@
 #include "megset/numeric/multiversion.h"
 
 // Says that element i of one array never is element j of another for i != j, so that the loop may go in vectors;
-// the same array in two places is fine.
+// the same array in two places is fine. Clang warns where it can't follow, so it isn't told under sanitizers.
+#if !defined(__clang__)
 #define MEGSET_ELEMENTWISE _Pragma("GCC ivdep")
-#if defined(__clang__)
-#undef MEGSET_ELEMENTWISE
+#elif MEGSET_HAS_MULTIVERSION
 #define MEGSET_ELEMENTWISE _Pragma("clang loop vectorize(assume_safety)")
+#else
+#define MEGSET_ELEMENTWISE
 #endif
 
 namespace megset::numeric {

@@ -8,9 +8,9 @@ namespace {
 
 constexpr bool addressSanitizer = MEGSET_ADDRESS_SANITIZER != 0;
 
-/// The address sanitizer ends the program on sizes beyond its own limit, and fills shadow memory for the others.
+/// Sanitizers end the program on sizes beyond their own limit, and fill shadow memory for the others.
 constexpr std::size_t largestRequest =
-    addressSanitizer ? std::size_t{8} << 30 : static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
+    MEGSET_ANY_SANITIZER ? std::size_t{8} << 30 : static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
 
 /// Never destroyed: arrays may be freed by destructors that run after main.
 SamplePool& samplePool() noexcept
