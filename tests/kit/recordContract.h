@@ -134,15 +134,14 @@ TYPED_TEST_P(RecordContract, FilledRecordComesBackEqual)
 
 TYPED_TEST_P(RecordContract, CopiesAndMovesKeepTheValueAndShareNothing)
 {
-    using Record = typename TypeParam::Record;
-    Record original = TypeParam::filled();
-    Record copy(original);
-    Record assigned;
+    typename TypeParam::Record original = TypeParam::filled();
+    typename TypeParam::Record copy(original);
+    typename TypeParam::Record assigned;
     assigned = original;
-    ASSERT_EQ(loadRecord(original, recordBytes(Record())), 1);
+    ASSERT_EQ(loadRecord(original, recordBytes(typename TypeParam::Record())), 1);
     EXPECT_TRUE(copy == TypeParam::filled());
     EXPECT_TRUE(assigned == TypeParam::filled());
-    const Record moved(std::move(copy));
+    const typename TypeParam::Record moved(std::move(copy));
     EXPECT_TRUE(moved == TypeParam::filled());
 }
 
