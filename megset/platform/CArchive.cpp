@@ -12,6 +12,7 @@ namespace {
 constexpr std::uint8_t longerThanByte = 0xFF;
 constexpr std::uint16_t longerThanShort = 0xFFFF;
 constexpr std::uint16_t wideMarker = 0xFFFE;
+constexpr std::uint16_t wideMarkerSwapped = 0xFEFF; // as other programs may write it; no narrow string is so long
 constexpr std::uint32_t longerThanInt = 0xFFFFFFFF;
 constexpr std::uint64_t longestString = INT32_MAX;
 
@@ -331,7 +332,7 @@ std::uint64_t CArchive::readLength(bool& wide)
     if (byte < longerThanByte)
         return byte;
     loadScalar(word);
-    if (word == wideMarker && !wide) {
+    if ((word == wideMarker || word == wideMarkerSwapped) && !wide) {
         wide = true;
         return readLength(wide);
     }

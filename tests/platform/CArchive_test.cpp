@@ -336,6 +336,11 @@ TEST(CArchiveStrings, ASecondWideMarkerIsALength)
     EXPECT_EQ(loaded<CString>(bytes), text);
 }
 
+TEST(CArchiveStrings, AMarkerInTheOtherByteOrderIsReadToo)
+{
+    EXPECT_EQ(loaded<CString>(ByteBuilder().raw({0xFF, 0xFF, 0xFE, 0x02, 'a', 0x00, 'b', 0x00})), CString("ab"));
+}
+
 TEST(CArchiveStrings, LoadingReplacesWhatTheStringHeld)
 {
     CString text("former");
