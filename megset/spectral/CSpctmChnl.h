@@ -44,7 +44,7 @@ public:
     // are only read. Planes that a form does not carry are deleted. With bRestart, or for another T or F, all begins
     // anew and the backup is dropped. With bAssign the values replace those held, else they are added, with no
     // count kept; with bBackup the result is copied to the backup. T or F below 1 clears the object, backup
-    // included, and gives 0. A null array or row gives 0 and changes nothing.
+    // included, and gives 0. A null array gives 0 and changes nothing.
 
     int addSpctmDataR(double** ppR, std::int64_t nTimePt, std::int64_t nFreqPt, int bRestart, int bAssign, int bBackup);
     /// This form and addSpctmDataRIM clear R again when they add to planes one of which is newly made.
@@ -90,7 +90,7 @@ private:
     struct Addition;
     int addPlanes(const Addition& addition);
     int makeCarriedPlanes(const Addition& addition);
-    int backupPlanes(int firstDataType);
+    int copyToBackup(int firstDataType);
     bool resizeForReload();
 };
 

@@ -1,10 +1,31 @@
 #include "megset/spectral/CSumChnlSpctmData.h"
 
+#include "megset/spectral/spectralPlanes.h"
+
 namespace megset {
 
 CSumChnlSpctmData::~CSumChnlSpctmData()
 {
     clean();
+}
+
+int CSumChnlSpctmData::checkInit(std::int64_t nTimePt, std::int64_t nFreqPt)
+{
+    if (nTimePt != m_nTimePt || nFreqPt != m_nFreqPt)
+        clean();
+    if (nTimePt < 1 || nFreqPt < 1)
+        return 0;
+    m_nTimePt = nTimePt;
+    m_nFreqPt = nFreqPt;
+    for (SampleArray* plane : {&m_pSumMin, &m_pSumMean, &m_pSumMax, &m_pSumPositive, &m_pSumNegative, &m_pSumRms}) {
+        if (*plane == nullptr)
+            *plane = tryNewSamples(planeCount(nTimePt, nFreqPt), true);
+        if (*plane == nullptr) {
+            clean();
+            return 0;
+        }
+    }
+    return 1;
 }
 
 int CSumChnlSpctmData::clean()

@@ -5,6 +5,8 @@
 
 namespace megset {
 
+class CArchive;
+
 /// A channel's samples reduced for drawing: the highest and lowest value of each block of samples.
 struct SHOW_SHRINK_DATAF
 {
@@ -18,6 +20,11 @@ struct SHOW_SHRINK_DATAF
     std::int64_t m_nBinCount = 0;    ///< blocks
     std::unique_ptr<float[]> m_pMax; ///< highest value of each block
     std::unique_ptr<float[]> m_pMin; ///< lowest value of each block
+
+    /// Reads or writes the fields, without a tag; the source is not filed and null after a load. 0 for arrays that
+    /// memory or the file can't hold ("Is memory enough?!"), and for one that the file lacks ("Read ShowShrink data
+    /// error!?").
+    int serialize(CArchive& ar);
 };
 
 } // namespace megset
