@@ -1,0 +1,618 @@
+#include "megset/spectral/CSpctmChnlzk.h"
+
+#include "tests/kit/FailingAllocator.h"
+#include "tests/spectral/spectra.h"
+
+#include <array>
+#include <random>
+
+namespace megset {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Values = std::vector<double>;
+
+enum DataType
+{
+    R,
+    I,
+    M,
+    A
+};
+
+constexpr int restart = 1;
+constexpr int keep = 0;
+constexpr int assign = 1;
+constexpr int sum = 0;
+constexpr int withBackup = 1;
+constexpr int noBackup = 0;
+
+// T x F values with the rows' addresses, as an application hands them in.
+class Input
+{
+public:
+    Input(std::int64_t nTimePt, std::int64_t nFreqPt, unsigned seed)
+    {
+        std::mt19937 random(seed);
+        std::normal_distribution<double> noise(0.0, 10.0);
+        m_values.resize(static_cast<std::size_t>(nTimePt * nFreqPt));
+        for (double& value : m_values)
+            value = noise(random);
+        for (std::int64_t t = 0; t < nTimePt; ++t)
+            m_rows.push_back(m_values.data() + t * nFreqPt);
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+    double** rows() { return m_rows.data(); }
+    double* flat() { return m_values.data(); }
+    const Values& values() const { return m_values; }
+
+private:
+    Values m_values;
+    std::vector<double*> m_rows;
+};
+
+Values operator+(const Values& a, const Values& b)
+{
+    Values result(a);
+    for (std::size_t i = 0; i < a.size(); ++i)
+        result[i] += b[i];
+    return result;
+}
+
+Values plane(const CSpctmChnlzk& spectrum, int type)
+{
+    std::int64_t nTimePt = 0;
+    std::int64_t nFreqPt = 0;
+    const double* const values = spectrum.getSpctmDataPtr(type, &nTimePt, &nFreqPt);
+    return valuesOf(values, nTimePt * nFreqPt);
+}
+
+Values backup(const CSpctmChnlzk& spectrum, int type)
+{
+    const SampleArray* const planes[] = {&spectrum.m_pBkSpctmR, &spectrum.m_pBkSpctmI, &spectrum.m_pBkSpctmM,
+                                         &spectrum.m_pBkSpctmA};
+    return valuesOf(*planes[type], spectrum.m_nBkTimePt * spectrum.m_nBkFreqPt);
+}
+
+bool isEmptySpectrum(const CSpctmChnlzk& spectrum)
+{
+    return spectrum.m_nTimePt == 0 && spectrum.m_nFreqPt == 0 && plane(spectrum, R).empty() &&
+           plane(spectrum, I).empty() && plane(spectrum, M).empty() && plane(spectrum, A).empty();
+}
+
+bool hasNoBackup(const CSpctmChnlzk& spectrum)
+{
+    return spectrum.m_nBkTimePt == 0 && spectrum.m_nBkFreqPt == 0 && !spectrum.m_pBkSpctmR && !spectrum.m_pBkSpctmI &&
+           !spectrum.m_pBkSpctmM && !spectrum.m_pBkSpctmA;
+}
+
+constexpr std::int64_t T = 4;
+constexpr std::int64_t F = 3;
+
+class ChannelSpectrum : public ::testing::Test
+{
+protected:
+    // Any of the forms, by the planes that it carries and its kind of input.
+    int add(int planes, bool flat, int bRestart, int bAssign, int bBackup, std::array<Input, 4>& in)
+    {
+        if (flat && planes == 3)
+            return spectrum.addSpctmDataRIM1d(in[0].flat(), in[1].flat(), in[2].flat(), T, F, bRestart, bAssign,
+                                              bBackup);
+        if (flat)
+            return spectrum.addSpctmDataRIMA1d(in[0].flat(), in[1].flat(), in[2].flat(), in[3].flat(), T, F, bRestart,
+                                               bAssign, bBackup);
+        if (planes == 1)
+            return spectrum.addSpctmDataR(in[0].rows(), T, F, bRestart, bAssign, bBackup);
+        if (planes == 2)
+            return spectrum.addSpctmDataRI(in[0].rows(), in[1].rows(), T, F, bRestart, bAssign, bBackup);
+        if (planes == 3)
+            return spectrum.addSpctmDataRIM(in[0].rows(), in[1].rows(), in[2].rows(), T, F, bRestart, bAssign, bBackup);
+        return spectrum.addSpctmDataRIMA(in[0].rows(), in[1].rows(), in[2].rows(), in[3].rows(), T, F, bRestart,
+                                         bAssign, bBackup);
+    }
+    void fillAll() { ASSERT_EQ(add(4, false, restart, assign, withBackup, first), 1); }
+
+    struct Form
+    {
+        int planes;
+        bool flat;
+    };
+    static constexpr Form forms[] = {{1, false}, {2, false}, {3, false}, {4, false}, {3, true}, {4, true}};
+
+    ScriptedHost host;
+    CSpctmChnlzk spectrum;
+    std::array<Input, 4> first{{{T, F, 1}, {T, F, 2}, {T, F, 3}, {T, F, 4}}};
+    std::array<Input, 4> second{{{T, F, 5}, {T, F, 6}, {T, F, 7}, {T, F, 8}}};
+};
+
+TEST_F(ChannelSpectrum, StartsEmpty)
+{
+    EXPECT_TRUE(isEmptySpectrum(spectrum));
+    EXPECT_TRUE(hasNoBackup(spectrum));
+    EXPECT_EQ(spectrum.m_dSpctmMax, 0.0);
+    EXPECT_EQ(spectrum.m_dSpctmMin, 0.0);
+    EXPECT_EQ(spectrum.m_dSpctmMean, 0.0);
+}
+
+TEST_F(ChannelSpectrum, EveryFormAssignsItsPlanesAndDropsTheOthers)
+{
+    for (const Form form : forms) {
+        SCOPED_TRACE(::testing::Message() << form.planes << (form.flat ? " flat" : " rows"));
+        fillAll();
+        ASSERT_EQ(add(form.planes, form.flat, keep, assign, noBackup, second), 1);
+        for (int type = R; type <= A; ++type)
+            EXPECT_EQ(plane(spectrum, type),
+                      type < form.planes ? second[static_cast<std::size_t>(type)].values() : Values());
+    }
+}
+
+TEST_F(ChannelSpectrum, EveryFormDropsTheOtherPlanesWhenItAdds)
+{
+    for (const Form form : forms) {
+        fillAll();
+        ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
+        for (int type = R; type <= A; ++type) {
+            const auto i = static_cast<std::size_t>(type);
+            EXPECT_EQ(plane(spectrum, type), type < form.planes ? first[i].values() + second[i].values() : Values());
+        }
+    }
+}
+
+TEST_F(ChannelSpectrum, AddingTwiceFromEmptyGivesTheSum)
+{
+    for (const Form form : forms) {
+        ASSERT_EQ(add(form.planes, form.flat, restart, sum, noBackup, first), 1);
+        ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
+        for (int type = R; type < form.planes; ++type) {
+            const auto i = static_cast<std::size_t>(type);
+            EXPECT_EQ(plane(spectrum, type), first[i].values() + second[i].values());
+        }
+    }
+}
+
+TEST_F(ChannelSpectrum, RestartEndsASum)
+{
+    ASSERT_EQ(add(4, true, restart, sum, withBackup, first), 1);
+    ASSERT_EQ(add(4, true, restart, sum, noBackup, second), 1);
+    EXPECT_EQ(plane(spectrum, R), second[0].values());
+    EXPECT_TRUE(hasNoBackup(spectrum));
+}
+
+TEST_F(ChannelSpectrum, ANewImaginaryPlaneWipesTheSumOfTheRealOnes)
+{
+    ASSERT_EQ(add(1, false, restart, sum, noBackup, first), 1);
+    ASSERT_EQ(add(2, false, keep, sum, noBackup, second), 1);
+    EXPECT_EQ(plane(spectrum, R), second[0].values());
+    EXPECT_EQ(plane(spectrum, I), second[1].values());
+}
+
+TEST_F(ChannelSpectrum, ANewMagnitudePlaneWipesTheSumOfTheRealOnesAlone)
+{
+    ASSERT_EQ(add(2, false, restart, sum, noBackup, first), 1);
+    ASSERT_EQ(add(3, false, keep, sum, noBackup, second), 1);
+    EXPECT_EQ(plane(spectrum, R), second[0].values());
+    EXPECT_EQ(plane(spectrum, I), first[1].values() + second[1].values());
+    EXPECT_EQ(plane(spectrum, M), second[2].values());
+}
+
+TEST_F(ChannelSpectrum, FlatFormsAndTheFormOfFourPlanesKeepTheSumOfTheRealOnes)
+{
+    for (const Form form : {Form{3, true}, Form{4, true}, Form{4, false}}) {
+        ASSERT_EQ(add(1, false, restart, sum, noBackup, first), 1);
+        ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
+        EXPECT_EQ(plane(spectrum, R), first[0].values() + second[0].values());
+        EXPECT_EQ(plane(spectrum, I), second[1].values());
+    }
+}
+
+TEST_F(ChannelSpectrum, AnotherShapeBeginsAnewAndDropsTheBackup)
+{
+    fillAll();
+    Input other(2, 5, 9);
+    ASSERT_EQ(spectrum.addSpctmDataR(other.rows(), 2, 5, keep, sum, noBackup), 1);
+    EXPECT_EQ(spectrum.m_nTimePt, 2);
+    EXPECT_EQ(spectrum.m_nFreqPt, 5);
+    EXPECT_EQ(plane(spectrum, R), other.values());
+    EXPECT_TRUE(hasNoBackup(spectrum));
+}
+
+TEST_F(ChannelSpectrum, NoShapeClearsAllThatWasHeld)
+{
+    for (const auto& [nTimePt, nFreqPt] :
+         {std::pair<std::int64_t, std::int64_t>{0, F}, {T, 0}, {-1, F}, {T, INT64_MIN}}) {
+        fillAll();
+        EXPECT_EQ(spectrum.addSpctmDataRIM1d(first[0].flat(), first[1].flat(), first[2].flat(), nTimePt, nFreqPt, keep,
+                                             assign, noBackup),
+                  0);
+        EXPECT_TRUE(isEmptySpectrum(spectrum));
+        EXPECT_TRUE(hasNoBackup(spectrum));
+    }
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, ANullArrayIsRefusedAndNothingChanges)
+{
+    fillAll();
+    EXPECT_EQ(spectrum.addSpctmDataR(nullptr, T, F, restart, assign, noBackup), 0);
+    EXPECT_EQ(spectrum.addSpctmDataRIMA(first[0].rows(), first[1].rows(), first[2].rows(), nullptr, T, F, restart,
+                                        assign, noBackup),
+              0);
+    EXPECT_EQ(spectrum.addSpctmDataRIM1d(first[0].flat(), nullptr, first[2].flat(), T, F, restart, sum, noBackup), 0);
+    EXPECT_EQ(plane(spectrum, R), first[0].values());
+    EXPECT_EQ(plane(spectrum, A), first[3].values());
+    EXPECT_EQ(backup(spectrum, A), first[3].values());
+}
+
+TEST_F(ChannelSpectrum, SizesThatNothingHoldsFailAsMemoryDoes)
+{
+    for (const std::int64_t n : {std::int64_t{1} << 33, std::int64_t{1} << 61, INT64_MAX}) {
+        fillAll();
+        EXPECT_EQ(spectrum.addSpctmDataR(first[0].rows(), n, n, keep, assign, noBackup), 0);
+        EXPECT_TRUE(isEmptySpectrum(spectrum));
+        EXPECT_EQ(spectrum.initSpctmSpace(n, n, true, 1, 1), 0);
+    }
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, AllocationFailuresLeaveWholeSpectra)
+{
+    for (const Form form : forms) {
+        for (const int mode : {assign, sum}) {
+            const auto tried = forEachAllocationFailure([&] {
+                spectrum._cleanSpctmData();
+                spectrum._cleanBkSpctmData();
+                const int done = add(form.planes, form.flat, restart, mode, withBackup, first);
+                EXPECT_EQ(done, spectrum.m_nTimePt == T ? 1 : 0);
+                if (done == 1) {
+                    EXPECT_EQ(plane(spectrum, R), first[0].values());
+                }
+                const FailingAllocator noFailure(0);
+                expectStillWhole(spectrum);
+            });
+            EXPECT_EQ(tried, 2 * form.planes);
+        }
+    }
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, PlanesMadeBeforeAFailureAreClearWhenTheShapeIsKnown)
+{
+    // The shape of a spectrum that came without planes from an old file.
+    spectrum.m_nTimePt = T;
+    spectrum.m_nFreqPt = F;
+    const FailingAllocator failing(2);
+    EXPECT_EQ(add(4, false, keep, assign, noBackup, first), 0);
+    EXPECT_THAT(plane(spectrum, R), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
+    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+}
+
+TEST_F(ChannelSpectrum, PlanesHeldBeforeAFailureKeepTheirValues)
+{
+    ASSERT_EQ(add(2, false, restart, assign, noBackup, first), 1);
+    const FailingAllocator failing(1);
+    EXPECT_EQ(add(4, false, keep, assign, noBackup, second), 0);
+    EXPECT_EQ(plane(spectrum, R), first[0].values());
+    EXPECT_EQ(plane(spectrum, I), first[1].values());
+}
+
+TEST_F(ChannelSpectrum, AnAdditionIsDoneEvenWhenItsBackupFails)
+{
+    const FailingAllocator failing(2);
+    EXPECT_EQ(add(1, false, restart, assign, withBackup, first), 1);
+    EXPECT_EQ(plane(spectrum, R), first[0].values());
+    EXPECT_EQ(spectrum.m_pBkSpctmR, nullptr);
+    EXPECT_EQ(spectrum.m_nBkTimePt, T);
+}
+
+TEST_F(ChannelSpectrum, LargePlanesAreSummedElementByElement)
+{
+    constexpr std::int64_t manyT = 501;
+    constexpr std::int64_t manyF = 37;
+    Input a(manyT, manyF, 11);
+    Input b(manyT, manyF, 12);
+    ASSERT_EQ(spectrum.addSpctmDataR(a.rows(), manyT, manyF, restart, sum, noBackup), 1);
+    ASSERT_EQ(spectrum.addSpctmDataR(b.rows(), manyT, manyF, keep, sum, noBackup), 1);
+    EXPECT_EQ(plane(spectrum, R), a.values() + b.values());
+}
+
+TEST_F(ChannelSpectrum, RowsMayStandAnywhere)
+{
+    Values low{1, 2, 3};
+    Values high{4, 5, 6};
+    double* rows[] = {high.data(), low.data()};
+    ASSERT_EQ(spectrum.addSpctmDataR(rows, 2, 3, restart, assign, noBackup), 1);
+    EXPECT_THAT(plane(spectrum, R), ElementsAre(4, 5, 6, 1, 2, 3));
+}
+
+TEST_F(ChannelSpectrum, DataPointerGivesTheShapeInEveryCase)
+{
+    ASSERT_EQ(add(1, false, restart, assign, noBackup, first), 1);
+    for (const int type : {0, 1, 4, -1, INT32_MAX}) {
+        std::int64_t nTimePt = -5;
+        std::int64_t nFreqPt = -5;
+        EXPECT_EQ(spectrum.getSpctmDataPtr(type, &nTimePt, &nFreqPt), type == R ? spectrum.m_pSpctmR.get() : nullptr);
+        EXPECT_EQ(nTimePt, T);
+        EXPECT_EQ(nFreqPt, F);
+    }
+    EXPECT_EQ(spectrum.getSpctmDataPtr(R, nullptr, nullptr), spectrum.m_pSpctmR.get());
+}
+
+TEST_F(ChannelSpectrum, CleaningKeepsRangeAndTheOtherSet)
+{
+    fillAll();
+    spectrum.m_dSpctmMax = 3.0;
+    EXPECT_EQ(spectrum._cleanSpctmData(), 1);
+    EXPECT_TRUE(isEmptySpectrum(spectrum));
+    EXPECT_EQ(backup(spectrum, M), first[2].values());
+    EXPECT_EQ(spectrum.m_dSpctmMax, 3.0);
+    fillAll();
+    EXPECT_EQ(spectrum._cleanBkSpctmData(), 1);
+    EXPECT_TRUE(hasNoBackup(spectrum));
+    EXPECT_EQ(plane(spectrum, M), first[2].values());
+}
+
+TEST_F(ChannelSpectrum, SpaceIsMadeForThePlanesAskedFor)
+{
+    EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 0, 0), 1);
+    EXPECT_THAT(plane(spectrum, R), ::testing::SizeIs(T * F));
+    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+    EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 0), 1);
+    EXPECT_THAT(plane(spectrum, I), ::testing::SizeIs(T * F));
+    EXPECT_THAT(plane(spectrum, M), IsEmpty());
+    EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 0, 1), 1);
+    EXPECT_THAT(plane(spectrum, M), ::testing::SizeIs(T * F));
+    EXPECT_THAT(plane(spectrum, A), ::testing::SizeIs(T * F));
+}
+
+TEST_F(ChannelSpectrum, NewSpaceIsClearAlsoWhenNobodyAsked)
+{
+    ASSERT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 1), 1);
+    for (int type = R; type <= A; ++type)
+        EXPECT_THAT(plane(spectrum, type), Each(0.0));
+}
+
+TEST_F(ChannelSpectrum, SpaceOfTheSameShapeKeepsItsContentUnlessCleared)
+{
+    fillAll();
+    ASSERT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 1), 1);
+    EXPECT_EQ(plane(spectrum, A), first[3].values());
+    ASSERT_EQ(spectrum.initSpctmSpace(T, F, true, 0, 0), 1);
+    for (int type = R; type <= A; ++type)
+        EXPECT_THAT(plane(spectrum, type), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
+    EXPECT_EQ(backup(spectrum, R), first[0].values());
+}
+
+TEST_F(ChannelSpectrum, SpaceOfAnotherShapeDropsTheCurrentPlanes)
+{
+    fillAll();
+    ASSERT_EQ(spectrum.initSpctmSpace(T, F + 1, false, 0, 0), 1);
+    EXPECT_THAT(plane(spectrum, R), ::testing::SizeIs(T * (F + 1)));
+    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+    EXPECT_EQ(backup(spectrum, R), first[0].values());
+}
+
+TEST_F(ChannelSpectrum, SpaceWithoutShapeDropsTheCurrentPlanesAlone)
+{
+    for (const auto& [nTimePt, nFreqPt] : {std::pair<std::int64_t, std::int64_t>{0, F}, {T, -1}}) {
+        fillAll();
+        EXPECT_EQ(spectrum.initSpctmSpace(nTimePt, nFreqPt, true, 1, 1), 0);
+        EXPECT_TRUE(isEmptySpectrum(spectrum));
+        EXPECT_EQ(backup(spectrum, R), first[0].values());
+    }
+}
+
+TEST_F(ChannelSpectrum, SpaceThatFailsKeepsWhatWasMade)
+{
+    const FailingAllocator failing(3);
+    EXPECT_EQ(spectrum.initSpctmSpace(T, F, true, 1, 1), 0);
+    EXPECT_THAT(plane(spectrum, I), ::testing::SizeIs(T * F));
+    EXPECT_THAT(plane(spectrum, M), IsEmpty());
+    EXPECT_EQ(spectrum.m_nTimePt, T);
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, BackupCopiesThePlanesThatExist)
+{
+    fillAll();
+    ASSERT_EQ(add(2, false, keep, assign, noBackup, second), 1);
+    ASSERT_EQ(spectrum.storeData2Backupfile(), 1);
+    EXPECT_EQ(backup(spectrum, R), second[0].values());
+    EXPECT_EQ(backup(spectrum, I), second[1].values());
+    EXPECT_EQ(backup(spectrum, M), first[2].values()); // no current plane: the old one stays
+    EXPECT_EQ(backup(spectrum, A), first[3].values());
+}
+
+TEST_F(ChannelSpectrum, BackupOfAnotherShapeReplacesAll)
+{
+    fillAll();
+    ASSERT_EQ(spectrum.initSpctmSpace(2, 2, true, 0, 0), 1);
+    ASSERT_EQ(spectrum.storeData2Backupfile(), 1);
+    EXPECT_EQ(spectrum.m_nBkTimePt, 2);
+    EXPECT_EQ(backup(spectrum, R), Values(4, 0.0));
+    EXPECT_EQ(spectrum.m_pBkSpctmI, nullptr);
+}
+
+TEST_F(ChannelSpectrum, BackupOfNothingClearsTheBackup)
+{
+    fillAll();
+    spectrum._cleanSpctmData();
+    EXPECT_EQ(spectrum.storeData2Backupfile(), 0);
+    EXPECT_TRUE(hasNoBackup(spectrum));
+}
+
+TEST_F(ChannelSpectrum, BackupThatFailsKeepsWhatWasCopied)
+{
+    ASSERT_EQ(add(3, false, restart, assign, noBackup, first), 1);
+    const FailingAllocator failing(2);
+    EXPECT_EQ(spectrum.storeData2Backupfile(), 0);
+    EXPECT_EQ(backup(spectrum, R), first[0].values());
+    EXPECT_EQ(spectrum.m_pBkSpctmI, nullptr);
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, StoringTheResultKeepsTheRawRealAndImaginaryBackup)
+{
+    ASSERT_EQ(add(3, false, restart, assign, withBackup, first), 1);
+    ASSERT_EQ(add(4, false, keep, assign, noBackup, second), 1);
+    ASSERT_EQ(spectrum.storeSpctmResult(), 1);
+    EXPECT_EQ(backup(spectrum, R), first[0].values());
+    EXPECT_EQ(backup(spectrum, I), first[1].values());
+    EXPECT_EQ(backup(spectrum, M), second[2].values());
+    EXPECT_EQ(backup(spectrum, A), second[3].values());
+}
+
+TEST_F(ChannelSpectrum, StoringTheResultOfAnotherShapeStoresAll)
+{
+    ASSERT_EQ(add(4, true, restart, assign, noBackup, first), 1);
+    ASSERT_EQ(spectrum.storeSpctmResult(), 1);
+    EXPECT_EQ(backup(spectrum, R), first[0].values());
+    EXPECT_EQ(backup(spectrum, A), first[3].values());
+}
+
+TEST_F(ChannelSpectrum, StoringTheResultMayFail)
+{
+    ASSERT_EQ(add(2, false, restart, assign, withBackup, first), 1);
+    ASSERT_EQ(add(4, false, keep, assign, noBackup, second), 1);
+    const FailingAllocator failing(1);
+    EXPECT_EQ(spectrum.storeSpctmResult(), 0);
+}
+
+TEST_F(ChannelSpectrum, ReloadRefusesABackupThatHoldsR)
+{
+    fillAll();
+    EXPECT_EQ(spectrum.reloadRawSpctmDataRIX(), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("No backup sepctral data?!"));
+    EXPECT_EQ(plane(spectrum, R), first[0].values());
+}
+
+TEST_F(ChannelSpectrum, ReloadRefusesAnEmptyBackup)
+{
+    ASSERT_EQ(add(4, true, restart, assign, noBackup, first), 1);
+    EXPECT_EQ(spectrum.reloadRawSpctmDataRIX(), 0);
+    spectrum.m_nBkTimePt = T;
+    EXPECT_EQ(spectrum.reloadRawSpctmDataRIX(), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("No backup sepctral data?!", "No backup sepctral data?!"));
+    EXPECT_EQ(plane(spectrum, I), first[1].values());
+}
+
+TEST_F(ChannelSpectrum, ReloadBringsBackThePlanesOfTheBackupAlone)
+{
+    fillAll();
+    spectrum.m_pBkSpctmR.reset();
+    spectrum.m_pBkSpctmA.reset();
+    ASSERT_EQ(add(4, true, keep, assign, noBackup, second), 1);
+    spectrum.m_pSpctmI.reset();
+    ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
+    EXPECT_EQ(plane(spectrum, R), second[0].values());
+    EXPECT_EQ(plane(spectrum, I), first[1].values());
+    EXPECT_EQ(plane(spectrum, M), first[2].values());
+    EXPECT_EQ(plane(spectrum, A), second[3].values());
+}
+
+TEST_F(ChannelSpectrum, ReloadOverOtherFrequenciesDropsTheCurrentPlanes)
+{
+    fillAll();
+    spectrum.m_pBkSpctmR.reset();
+    ASSERT_EQ(spectrum.initSpctmSpace(T, F + 1, true, 0, 0), 1);
+    ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
+    EXPECT_EQ(spectrum.m_nFreqPt, F);
+    EXPECT_THAT(plane(spectrum, R), IsEmpty());
+    EXPECT_EQ(plane(spectrum, A), first[3].values());
+}
+
+TEST_F(ChannelSpectrum, ReloadOverFewerOrMoreTimesKeepsEveryPlaneOfOneSize)
+{
+    for (const std::int64_t otherT : {T - 2, T + 2}) {
+        fillAll();
+        spectrum.m_pBkSpctmR.reset();
+        spectrum.m_pBkSpctmA.reset();
+        ASSERT_EQ(spectrum.initSpctmSpace(otherT, F, true, 1, 1), 1);
+        std::fill_n(spectrum.m_pSpctmR.get(), otherT * F, 7.0);
+        ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
+        EXPECT_EQ(spectrum.m_nTimePt, T);
+        EXPECT_EQ(plane(spectrum, I), first[1].values());
+        EXPECT_EQ(plane(spectrum, M), first[2].values());
+        Values kept(static_cast<std::size_t>(std::min(T, otherT) * F), 7.0);
+        kept.resize(static_cast<std::size_t>(T * F), 0.0);
+        EXPECT_EQ(plane(spectrum, R), kept);
+        EXPECT_EQ(plane(spectrum, A), Values(static_cast<std::size_t>(T * F), 0.0));
+    }
+}
+
+TEST_F(ChannelSpectrum, ReloadThatFailsLeavesAWholeSpectrum)
+{
+    for (const std::int64_t currentT : {T, T - 1}) {
+        const auto tried = forEachAllocationFailure([&] {
+            CSpctmChnlzk source;
+            source.m_nBkTimePt = T;
+            source.m_nBkFreqPt = F;
+            const auto twelve = {1., 2., 3., 4., 5., 6., 7., 8., 9., 10., 11., 12.};
+            source.m_pBkSpctmI.reset(new double[12]);
+            source.m_pBkSpctmM.reset(new double[12]);
+            std::copy(twelve.begin(), twelve.end(), source.m_pBkSpctmI.get());
+            std::copy(twelve.begin(), twelve.end(), source.m_pBkSpctmM.get());
+            source.m_nTimePt = currentT;
+            source.m_nFreqPt = F;
+            source.m_pSpctmR.reset(new double[static_cast<std::size_t>(currentT * F)]());
+            source.reloadRawSpctmDataRIX();
+            const FailingAllocator noFailure(0);
+            expectStillWhole(source);
+        });
+        EXPECT_EQ(tried, currentT == T ? 2 : 3);
+    }
+}
+
+TEST_F(ChannelSpectrum, BufferHasRowsOfZeros)
+{
+    double** buffer = CSpctmChnl::newBufferF2d(3, 5, true);
+    ASSERT_NE(buffer, nullptr);
+    for (int row = 0; row < 3; ++row)
+        EXPECT_THAT(valuesOf(buffer[row], 5), Each(0.0));
+    buffer[2][4] = 1.0;
+    EXPECT_EQ(CSpctmChnl::freeBufferF2d(3, 5, buffer), 1);
+    EXPECT_EQ(buffer, nullptr);
+}
+
+TEST_F(ChannelSpectrum, BufferWithoutSizeIsNullWithoutAMessage)
+{
+    EXPECT_EQ(CSpctmChnl::newBufferF2d(0, 5, true), nullptr);
+    EXPECT_EQ(CSpctmChnl::newBufferF2d(5, 0, true), nullptr);
+    EXPECT_EQ(CSpctmChnl::newBufferF2d(-1, -1, false), nullptr);
+    host.expectNoMessages();
+}
+
+TEST_F(ChannelSpectrum, BufferThatFailsIsToldAndFreed)
+{
+    const auto tried = forEachAllocationFailure([&] {
+        host.clearRecord();
+        double** buffer = CSpctmChnl::newBufferF2d(3, 5, false);
+        if (buffer == nullptr) {
+            EXPECT_THAT(host.messages(), ElementsAre("Has enough memory?"));
+        }
+        CSpctmChnl::freeBufferF2d(3, 5, buffer);
+    });
+    EXPECT_EQ(tried, 4);
+    host.clearRecord();
+    EXPECT_EQ(CSpctmChnl::newBufferF2d(INT64_MAX, 1, true), nullptr);
+    EXPECT_EQ(CSpctmChnl::newBufferF2d(1, INT64_MAX, true), nullptr);
+    EXPECT_THAT(host.messages(), ElementsAre("Has enough memory?", "Has enough memory?"));
+}
+
+TEST_F(ChannelSpectrum, FreeingNoBufferGivesZeroAndNullRowsAreLeftOut)
+{
+    double** buffer = nullptr;
+    EXPECT_EQ(CSpctmChnl::freeBufferF2d(3, 5, buffer), 0);
+    buffer = new double* [2] { nullptr, new double[4] };
+    EXPECT_EQ(CSpctmChnl::freeBufferF2d(2, 0, buffer), 1);
+    buffer = new double* [1] { nullptr };
+    EXPECT_EQ(CSpctmChnl::freeBufferF2d(0, 5, buffer), 1);
+    EXPECT_EQ(buffer, nullptr);
+}
+
+} // namespace
+} // namespace megset

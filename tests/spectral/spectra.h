@@ -1,0 +1,182 @@
+#pragma once
+// Spectra for tests, and what all their records promise.
+
+#include "megset/platform/CArchiveException.h"
+#include "megset/platform/memory.h"
+#include "megset/spectral/CSpctmChnlzk.h"
+#include "megset/spectral/CSpctmTrialzk.h"
+#include "megset/spectral/CSumChnlSpctmDatazk.h"
+
+#include "tests/kit/ScriptedHost.h"
+#include "tests/kit/TracingRecorder.h"
+#include "tests/kit/layoutPage.h"
+#include "tests/kit/memoryArchive.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace megset {
+
+/// The elements of a plane; empty for a null one.
+inline std::vector<double> valuesOf(const double* plane, std::int64_t count)
+{
+    return plane == nullptr ? std::vector<double>() : std::vector<double>(plane, plane + count);
+}
+inline std::vector<double> valuesOf(const SampleArray& plane, std::int64_t count)
+{
+    return valuesOf(plane.get(), count);
+}
+
+inline SampleArray planeOf(std::initializer_list<double> values)
+{
+    SampleArray plane = tryNewSamples(static_cast<std::int64_t>(values.size()), false);
+    std::copy(values.begin(), values.end(), plane.get());
+    return plane;
+}
+
+inline int serializeSpectrum(CSpctmChnlzk& spectrum, CArchive& ar)
+{
+    return spectrum.serializeSpctmCzk(ar);
+}
+inline int serializeSpectrum(CSpctmTrialzk& spectrum, CArchive& ar)
+{
+    return spectrum.serializeTrlSpctmZk(ar);
+}
+inline int serializeSpectrum(CSumChnlSpctmDatazk& sums, CArchive& ar)
+{
+    return sums.serialSumChnl(ar);
+}
+
+template <class Spectrum>
+std::vector<std::byte> spectrumBytes(Spectrum& spectrum)
+{
+    return storedBytes([&](CArchive& ar) { EXPECT_EQ(serializeSpectrum(spectrum, ar), 1); });
+}
+
+template <class Spectrum>
+int loadSpectrum(Spectrum& spectrum, std::span<const std::byte> bytes)
+{
+    LoadingArchive archive(bytes);
+    return serializeSpectrum(spectrum, *archive);
+}
+template <class Spectrum>
+int loadSpectrum(Spectrum& spectrum, const ByteBuilder& bytes)
+{
+    return loadSpectrum(spectrum, bytes.bytes());
+}
+
+/// 1, 0, or -1 for the end of the file.
+template <class Spectrum>
+int tryLoadSpectrum(Spectrum& spectrum, std::span<const std::byte> bytes)
+{
+    try {
+        return loadSpectrum(spectrum, bytes);
+    } catch (const CArchiveException& exception) {
+        EXPECT_EQ(exception.m_cause, CArchiveException::endOfFile);
+        return -1;
+    }
+}
+
+/// The record is read, to its end and without a message.
+template <class Spectrum>
+void expectLoaded(Spectrum& spectrum, const ByteBuilder& bytes)
+{
+    const ScriptedHost host;
+    LoadingArchive archive(bytes);
+    EXPECT_EQ(serializeSpectrum(spectrum, *archive), 1);
+    EXPECT_EQ(archive->bytesLeft(), 0U);
+    host.expectNoMessages();
+}
+
+/// The record gives 0, with just these messages.
+template <class Spectrum>
+void expectRefusedSpectrum(const ByteBuilder& bytes, const std::vector<CString>& messages)
+{
+    const ScriptedHost host;
+    Spectrum spectrum;
+    EXPECT_EQ(tryLoadSpectrum(spectrum, bytes.bytes()), 0);
+    EXPECT_EQ(host.messages(), messages);
+}
+
+/// Whatever a broken file gave can be written, and comes back as the same bytes.
+template <class Spectrum>
+void expectStillWhole(Spectrum& spectrum)
+{
+    const std::vector<std::byte> bytes = spectrumBytes(spectrum);
+    Spectrum again;
+    ASSERT_EQ(loadSpectrum(again, bytes), 1);
+    ASSERT_TRUE(sameBytes(spectrumBytes(again), bytes));
+}
+
+/// Every prefix fails, except that bytes of a block at the very end may be missing.
+template <class Spectrum>
+void expectPrefixesHarmless(const std::vector<std::byte>& bytes, std::size_t lastBlockBytes)
+{
+    const ScriptedHost host;
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+        SCOPED_TRACE(std::to_string(length) + " bytes");
+        Spectrum spectrum;
+        const bool inLastBlock = lastBlockBytes > 0 && length + lastBlockBytes >= bytes.size();
+        ASSERT_EQ(tryLoadSpectrum(spectrum, std::span(bytes).first(length)) == 1, inLastBlock);
+        expectStillWhole(spectrum);
+        if (::testing::Test::HasFatalFailure())
+            return;
+    }
+}
+
+template <class Spectrum>
+void expectBitFlipsHarmless(std::vector<std::byte> bytes)
+{
+    const ScriptedHost host;
+    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
+        SCOPED_TRACE("bit " + std::to_string(bit));
+        const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
+        bytes[bit / 8] ^= mask;
+        Spectrum spectrum;
+        tryLoadSpectrum(spectrum, bytes);
+        expectStillWhole(spectrum);
+        bytes[bit / 8] ^= mask;
+        if (::testing::Test::HasFatalFailure())
+            return;
+    }
+}
+
+/// Another tag, another case of it, and a version that was never released are refused; the narrow form is the same tag.
+template <class Spectrum>
+void expectTagAndVersionChecked(const std::string& tag, const std::vector<std::byte>& bytes, std::int32_t version,
+                                const CString& notThisFile, const CString& wrongVersion)
+{
+    const auto body = std::span(bytes).subspan(ByteBuilder().wide(tag).i32(version).size());
+    const auto with = [&](const CString& otherTag, std::int32_t otherVersion) {
+        return ByteBuilder().wide(otherTag).i32(otherVersion).raw(body);
+    };
+    CString lower(tag);
+    lower.MakeLower();
+    expectRefusedSpectrum<Spectrum>(with(lower, version), {notThisFile});
+    expectRefusedSpectrum<Spectrum>(with(CString(tag) + CString("X"), version), {notThisFile});
+    expectRefusedSpectrum<Spectrum>(with(CString(), version), {notThisFile});
+    for (const std::int32_t other : {version + 1, version - 1, 0, -1, INT32_MAX})
+        expectRefusedSpectrum<Spectrum>(with(tag, other), {wrongVersion});
+    Spectrum narrow;
+    expectLoaded(narrow, ByteBuilder().narrow(tag).i32(version).raw(body));
+    EXPECT_TRUE(sameBytes(spectrumBytes(narrow), bytes));
+}
+
+/// What the archive goes through when the record is written is what the page says.
+template <class Spectrum>
+void expectPageFollowed(Spectrum& spectrum, std::string_view name)
+{
+    CMemFile file;
+    CArchive archive(&file, CArchive::store);
+    TracingRecorder recorder;
+    archive.setTracer(&recorder);
+    ASSERT_EQ(serializeSpectrum(spectrum, archive), 1);
+    EXPECT_TRUE(followsLayoutPage(formatPages() / "spectra.md", name, recorder.fields()));
+}
+
+} // namespace megset
