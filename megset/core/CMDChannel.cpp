@@ -8,9 +8,11 @@
 #include "megset/spectral/CSpctmChnlzk.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <limits>
 
 namespace megset {
 namespace {
@@ -22,6 +24,9 @@ int memoryFailure(const char* message)
 }
 
 constexpr const char* notEnoughMemory = "Not enough memory!";
+
+constexpr std::int64_t mostSamples =
+    std::numeric_limits<std::ptrdiff_t>::max() / static_cast<std::ptrdiff_t>(sizeof(double));
 
 std::size_t sizeOf(std::int64_t n)
 {
@@ -67,8 +72,13 @@ std::int64_t CMDChannel::replaceSamples(std::int64_t n, const Value* data, bool 
             ownSource = std::move(m_pBkData);
         _cleanTimeDataC(true);
     }
-    if (!allocateMissing(n, n, false) || !growBackup(n))
+    const bool hadWave = m_pDataWave != nullptr;
+    if (!allocateMissing(n, n, false) || !growBackup(n)) {
+        // A count that was there before its array would stand over samples that nobody has set.
+        if (!hadWave && m_pDataWave != nullptr)
+            numeric::fill(waveSpan(), 0.0);
         return memoryFailure(notEnoughMemory);
+    }
     const std::size_t size = sizeOf(n);
     convert(std::span(data, size), std::span(m_pDataWave.get(), size), std::span(m_pBkData.get(), size));
     m_nCurrentSample = 0;
@@ -203,7 +213,7 @@ std::int64_t CMDChannel::setSizeData(std::int64_t n, double* data)
     if (!adopts)
         return 0;
     m_pDataWave = std::move(adopted);
-    m_nTotalSample = n;
+    m_nTotalSample = n <= mostSamples ? n : 0; // no array holds more
     m_pBkData = tryNewSamples(n, false);
     if (m_pBkData == nullptr)
         return memoryFailure("There is not enough memory for backup data!");
@@ -226,13 +236,15 @@ std::span<double> CMDChannel::backupSpan() const
 
 CMDChannel::SampleRange CMDChannel::resolveRange(std::int64_t from, std::int64_t to) const
 {
-    const auto resolved = [this](std::int64_t end) {
-        const std::int64_t index = end == -1 ? m_nCurrentSample : end;
-        return std::max<std::int64_t>(0, std::min(index, m_nTotalSample - 1));
-    };
     if (waveSpan().empty())
         return {};
-    return {resolved(from), resolved(to), true};
+    const std::int64_t last = m_nTotalSample - 1;
+    const auto resolved = [&](std::int64_t end) {
+        return end == -1 ? std::clamp<std::int64_t>(m_nCurrentSample, 0, last) : std::min(end, last);
+    };
+    // Other negative values are not told apart: a start before the samples is moved to the first one, and an end before
+    // them leaves the range reversed. It is kept at -2, so that differences of the two don't overflow.
+    return {std::max<std::int64_t>(resolved(from), 0), std::max<std::int64_t>(resolved(to), -2), true};
 }
 
 // The samples that statistics use: the first of the range always counts, so a reversed range is one of a single sample.
@@ -272,20 +284,24 @@ void give(double* target, double value)
         *target = value;
 }
 
-struct Moments
+// Of `count` samples, at least one. The sums are divided only where there is more than one.
+ChannelStatistics statisticsOf(const numeric::RowStatistics& sums, std::size_t count)
 {
-    double min, mean, max, meanSquare;
-};
-
-// Of at least one sample. The sums are divided only where there is more than one.
-Moments momentsOf(std::span<const double> samples)
-{
-    const numeric::SampleStatistics sums = numeric::statistics(samples, numeric::noStart);
-    const double count = static_cast<double>(samples.size());
-    if (samples.size() == 1)
-        return {sums.min, sums.sum, sums.max, sums.sumOfSquares};
-    return {sums.min, sums.sum / count, sums.max, sums.sumOfSquares / count};
+    if (count == 1) // the root mean square of a single sample is its plain square: it is meant so
+        return {1, sums.min, sums.mean, sums.max, sums.sumOfSquares, 0.0, sums.mean};
+    const double divisor = static_cast<double>(count);
+    const double deviation = std::sqrt(sums.sumOfSquaredDeviations / divisor);
+    return {static_cast<std::int64_t>(count),
+            sums.min,
+            sums.mean,
+            sums.max,
+            std::sqrt(sums.sumOfSquares / divisor),
+            deviation,
+            sums.mean + 2.0 * deviation};
 }
+
+// The first sample is left out of the squared deviations and counts in the divisor: it is meant so.
+constexpr std::size_t deviationsFrom = 1;
 
 } // namespace
 
@@ -295,11 +311,12 @@ std::int64_t CMDChannel::getSelectMinMeaMaxV(std::int64_t from, std::int64_t to,
     const auto samples = statisticsSpan(from, to);
     if (samples.empty())
         return 0;
-    const Moments moments = momentsOf(samples);
-    give(min, moments.min);
-    give(mean, moments.mean);
-    give(max, moments.max);
-    give(meanSquare, moments.meanSquare);
+    const numeric::SampleStatistics sums = numeric::statistics(samples, numeric::noStart);
+    const double divisor = static_cast<double>(samples.size());
+    give(min, sums.min);
+    give(mean, sums.sum / divisor);
+    give(max, sums.max);
+    give(meanSquare, sums.sumOfSquares / divisor);
     return std::ssize(samples);
 }
 
@@ -309,19 +326,33 @@ std::int64_t CMDChannel::getSelectMinMeaMaxSdV(std::int64_t from, std::int64_t t
     const auto samples = statisticsSpan(from, to);
     if (samples.empty())
         return 0;
-    const Moments moments = momentsOf(samples);
-    const bool single = samples.size() == 1;
-    // The first sample is left out of the sum and counts in the divisor: it is meant so.
-    const double deviation = single ? 0.0
-                                    : std::sqrt(numeric::sumOfSquaredDeviations(samples.subspan(1), moments.mean) /
-                                                static_cast<double>(samples.size()));
-    give(min, moments.min);
-    give(mean, moments.mean);
-    give(max, moments.max);
-    give(rms, single ? moments.meanSquare : std::sqrt(moments.meanSquare));
-    give(sd, deviation);
-    give(meanPlus2Sd, moments.mean + 2.0 * deviation);
-    return std::ssize(samples);
+    const ChannelStatistics result =
+        statisticsOf(numeric::describe(samples, deviationsFrom, numeric::noStart), samples.size());
+    give(min, result.min);
+    give(mean, result.mean);
+    give(max, result.max);
+    give(rms, result.rms);
+    give(sd, result.sd);
+    give(meanPlus2Sd, result.meanPlus2Sd);
+    return result.samples;
+}
+
+void CMDChannel::getSelectMinMeaMaxSdV(std::span<const CMDChannel* const> channels, std::int64_t from, std::int64_t to,
+                                       std::span<ChannelStatistics> out)
+{
+    constexpr std::size_t blockChannels = 64;
+    channels = channels.first(std::min(channels.size(), out.size()));
+    for (std::size_t begin = 0; begin < channels.size(); begin += blockChannels) {
+        std::array<numeric::Row, blockChannels> rows;
+        std::array<numeric::RowStatistics, blockChannels> sums;
+        const std::size_t count = std::min(blockChannels, channels.size() - begin);
+        for (std::size_t i = 0; i < count; ++i)
+            if (const CMDChannel* channel = channels[begin + i])
+                rows[i] = channel->statisticsSpan(from, to);
+        numeric::describeRows(std::span(rows).first(count), sums, deviationsFrom, numeric::noStart);
+        for (std::size_t i = 0; i < count; ++i)
+            out[begin + i] = rows[i].empty() ? ChannelStatistics() : statisticsOf(sums[i], rows[i].size());
+    }
 }
 
 // ---- backup and shape
@@ -391,6 +422,8 @@ int CMDChannel::chopSize4Select(std::int64_t newSize, int mode, std::int64_t fro
 {
     if (newSize < 1)
         return 1;
+    if (waveSpan().empty() && !backupSpan().empty())
+        return 0; // raw samples alone give no contents, and must not be lost to zeros
     SampleArray wave = tryNewSamples(newSize, true);
     SampleArray backup = wave ? tryNewSamples(newSize, false) : nullptr;
     if (backup == nullptr)
@@ -438,9 +471,10 @@ int CMDChannel::applyMEGSnsrGainDir2Data(bool once)
 {
     if (once && m_nSnsGainApplied > 0)
         return 1;
-    if (waveSpan().empty() || m_nGeomType != 1 || m_pGeomHw == nullptr)
+    const auto* sensor = m_nGeomType == 1 ? dynamic_cast<const CMEGSensorzk*>(m_pGeomHw.get()) : nullptr;
+    if (waveSpan().empty() || sensor == nullptr)
         return 0;
-    const double gain = static_cast<const CMEGSensorzk&>(*m_pGeomHw).getSnsGainCtf();
+    const double gain = sensor->getSnsGainCtf();
     numeric::scaleInPlace(waveSpan(), gain);
     // The backup samples of the same indices.
     numeric::scaleInPlace(backupSpan().first(std::min(backupSpan().size(), waveSpan().size())), gain);

@@ -218,21 +218,29 @@ int CMEGData::saveTrialAt(int index)
     return 0;
 }
 
+// Oldest first: of two versions of one trial the later one is what its file holds in the end.
 int CMEGData::saveUnsavedTrials()
 {
-    for (int i = m_aUnsavedTrial.GetSize() - 1; i >= 0; --i) {
-        CMDTrialzk& trial = *m_aUnsavedTrial.GetAt(i);
-        const int place = m_aUnsavedPlace[static_cast<std::size_t>(i)];
-        const bool hasPath = place < m_aTrialFilePath.GetSize();
-        CString path = hasPath ? m_aTrialFilePath.GetAt(place) : trial.m_strTrialFilePath;
-        if (!trial.saveTrialData(path, m_pDocument, m_strDatasetPath, true))
-            continue;
-        if (hasPath)
-            m_aTrialFilePath.SetAt(place, trial.m_strTrialFilePath);
-        m_aUnsavedTrial.RemoveAt(i);
-        m_aUnsavedPlace.erase(m_aUnsavedPlace.begin() + i);
-    }
+    for (int i = 0; i < m_aUnsavedTrial.GetSize();)
+        if (!saveUnsavedTrial(i))
+            ++i;
     return m_aUnsavedTrial.GetSize();
+}
+
+// Writes one of them to the path that its place has in the list, and lets it go.
+int CMEGData::saveUnsavedTrial(int i)
+{
+    CMDTrialzk& trial = *m_aUnsavedTrial.GetAt(i);
+    const int place = m_aUnsavedPlace[static_cast<std::size_t>(i)];
+    const bool hasPath = place < m_aTrialFilePath.GetSize();
+    CString path = hasPath ? m_aTrialFilePath.GetAt(place) : trial.m_strTrialFilePath;
+    if (!trial.saveTrialData(path, m_pDocument, m_strDatasetPath, true))
+        return 0;
+    if (hasPath)
+        m_aTrialFilePath.SetAt(place, trial.m_strTrialFilePath);
+    m_aUnsavedTrial.RemoveAt(i);
+    m_aUnsavedPlace.erase(m_aUnsavedPlace.begin() + i);
+    return 1;
 }
 
 CMDTrialzk* CMEGData::getTrialzk(int trial)

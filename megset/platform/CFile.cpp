@@ -33,7 +33,7 @@ CFile::CFile(const CString& path, unsigned flags)
 {
     CFileException exception;
     if (!CFile::Open(path, flags, &exception))
-        throw exception;
+        throw CFileException(exception);
 }
 
 CFile::~CFile() = default;

@@ -2,6 +2,9 @@
 
 #include "megset/core/CMDChannelzk.h"
 
+#include <algorithm>
+#include <array>
+
 namespace megset {
 
 double* CMDTrial2Process::getChannMEGData(int index) const
@@ -46,6 +49,22 @@ int CMDTrial2Process::applyMEGSnsrGainDir2Chnls(bool once)
         if (CMDChannelzk* channel = m_ppChannel[i])
             channel->applyMEGSnsrGainDir2Data(once);
     return 1;
+}
+
+int CMDTrial2Process::getAllSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to,
+                                               std::span<ChannelStatistics> out) const
+{
+    constexpr int blockChannels = 64;
+    const int total = static_cast<int>(std::clamp<std::int64_t>(getTotalChannel(), 0, std::ssize(out)));
+    std::array<const CMDChannel*, blockChannels> channels{};
+    for (int begin = 0; begin < total; begin += blockChannels) {
+        const int count = std::min(blockChannels, total - begin);
+        for (int i = 0; i < count; ++i)
+            channels[static_cast<std::size_t>(i)] = m_ppChannel[begin + i];
+        CMDChannel::getSelectMinMeaMaxSdV(std::span(channels).first(static_cast<std::size_t>(count)), from, to,
+                                          out.subspan(static_cast<std::size_t>(begin)));
+    }
+    return total;
 }
 
 } // namespace megset

@@ -3,7 +3,11 @@
 
 #include "megset/spectral/CMDTrial1SourceCoherenc.h"
 
+#include <span>
+
 namespace megset {
+
+struct ChannelStatistics;
 
 /// An index of -1 stands for the current channel; null or 0 when out of range.
 class CMDTrial2Process : public CMDTrial1SourceCoherenc
@@ -18,6 +22,10 @@ public:
     /// Multiplies the samples of every channel by its MEG sensor's gain (CMDChannel::applyMEGSnsrGainDir2Data); 0 with
     /// no channels.
     int applyMEGSnsrGainDir2Chnls(bool once);
+    /// CMDChannel::getSelectMinMeaMaxSdV of all channels in one go: the same numbers to the bit, several times as fast
+    /// as channel after channel. out[i] is of channel i, all 0 for one that is absent or has no samples. Gives the
+    /// number of channels written: as many as there are and as `out` holds.
+    int getAllSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to, std::span<ChannelStatistics> out) const;
 };
 
 } // namespace megset

@@ -6,13 +6,15 @@
 
 namespace megset {
 
-int CMEGData2Process::checkInitChnlParam(int trial)
+int CMEGData2Process::checkInitChnlParam(const CMDTrialzk* trial)
 {
-    const int count = getTotalChannel(trial);
-    if (count < 1)
+    if (trial == nullptr)
         return 0;
+    const int count = trial->getTotalChannel();
     if (count != m_nChnlParamCount)
         _cleanChnlParam();
+    if (count < 1)
+        return 0;
     std::unique_ptr<int[]>* const arrays[] = {&m_pChnlGood, &m_pChnlShow, &m_pChnlSelect, &m_pChnlParam4};
     const bool anyMissing =
         std::any_of(std::begin(arrays), std::end(arrays), [](auto* array) { return *array == nullptr; });

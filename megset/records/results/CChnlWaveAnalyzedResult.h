@@ -5,6 +5,7 @@
 #include "megset/platform/CTypedPtrArray.h"
 #include "megset/platform/formatVersion.h"
 #include "megset/records/results/resultArrays.h"
+
 #include <vector>
 
 namespace megset {

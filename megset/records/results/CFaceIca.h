@@ -3,6 +3,7 @@
 
 #include "megset/platform/formatVersion.h"
 #include "megset/records/results/resultArrays.h"
+
 #include <vector>
 
 namespace megset {

@@ -6,6 +6,7 @@
 #include "megset/platform/formatVersion.h"
 #include "megset/records/results/SpctmAxes.h"
 #include "megset/records/results/resultArrays.h"
+
 #include <array>
 #include <vector>
 

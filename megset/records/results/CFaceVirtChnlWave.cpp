@@ -2,6 +2,7 @@
 
 #include "megset/platform/archiveLists.h"
 #include "megset/records/recordFormat.h"
+
 #include <utility>
 
 namespace megset {

@@ -6,6 +6,7 @@
 #include "megset/records/results/SourceGrid.h"
 #include "megset/records/results/SourceImageFace.h"
 #include "megset/records/results/resultArrays.h"
+
 #include <array>
 #include <vector>
 

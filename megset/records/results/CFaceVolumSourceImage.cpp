@@ -1,6 +1,7 @@
 #include "megset/records/results/CFaceVolumSourceImage.h"
 
 #include "megset/records/recordFormat.h"
+
 #include <cmath>
 
 namespace megset {

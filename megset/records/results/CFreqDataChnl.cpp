@@ -1,6 +1,7 @@
 #include "megset/records/results/CFreqDataChnl.h"
 
 #include "megset/records/recordFormat.h"
+
 #include <algorithm>
 
 namespace megset {

@@ -1,6 +1,7 @@
 #include "megset/records/results/CGroupMeegCxcFace.h"
 
 #include "megset/records/recordFormat.h"
+
 #include <cmath>
 
 namespace megset {

@@ -4,6 +4,7 @@
 #include "megset/platform/CString.h"
 #include "megset/platform/formatVersion.h"
 #include "megset/records/results/PairPlanes.h"
+
 #include <array>
 #include <vector>
 

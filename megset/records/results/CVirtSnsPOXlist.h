@@ -4,6 +4,7 @@
 #include "megset/platform/CString.h"
 #include "megset/platform/formatVersion.h"
 #include "megset/records/results/resultArrays.h"
+
 #include <array>
 #include <span>
 #include <vector>
