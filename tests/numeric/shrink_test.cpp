@@ -120,12 +120,26 @@ TEST(NumericShrink, NanStaysAtTheStartOfABlockAndIsPassedOverElsewhere)
 TEST(NumericShrink, GivesTheBitsOfThePlainWalk)
 {
     for (const std::size_t n : lengths)
-        for (const std::size_t blockSamples : {1U, 2U, 5U, 6U, 7U, 8U, 16U, 33U, 1000U}) {
+        for (const std::size_t blockSamples : {1U, 2U, 5U, 6U, 8U, 15U, 16U, 17U, 33U, 1000U}) {
             const std::size_t blocks = n / blockSamples;
             expectPlainResult(randomSamples(n, 1), blockSamples, blocks);
             expectPlainResult(awkwardSamples(n, 2, false), blockSamples, blocks);
             expectPlainResult(awkwardSamples(n, 3, true), blockSamples, blocks);
         }
+}
+
+TEST(NumericShrink, ZerosKeepTheSignOfThePlainWalk)
+{
+    for (const double tiny : {1e-310, -1e-310}) // a zero as float
+        for (const double zero : {0.0, -0.0})
+            for (const std::size_t blockSamples : {7U, 200U}) {
+                std::vector<double> samples(blockSamples + 1, tiny);
+                samples[3] = zero;
+                expectPlainResult(samples, blockSamples, 1);
+                samples[0] = zero;
+                samples[3] = tiny;
+                expectPlainResult(samples, blockSamples, 1);
+            }
 }
 
 TEST(NumericShrink, ValuesThatDifferByLessThanAFloatTells)

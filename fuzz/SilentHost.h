@@ -1,0 +1,25 @@
+#pragma once
+// The host of fuzz targets: nobody is there to read a message or to answer.
+
+#include "megset/platform/AfxMessageBox.h"
+#include "megset/platform/CUserHost.h"
+
+#include <optional>
+
+namespace megset {
+
+class SilentHost : public CUserHost
+{
+public:
+    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDNO : IDOK; }
+    std::optional<FileChoice> chooseFile(const FileRequest&) override { return std::nullopt; }
+    void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
+    void setProgress(int, std::int64_t) override {}
+    void endProgress(int) override {}
+    int showReport(const CString&, const CString&) override { return 1; }
+    void beginWaitCursor() override {}
+    void endWaitCursor() override {}
+    void invalidate(CWnd&, bool) override {}
+};
+
+} // namespace megset

@@ -1,0 +1,158 @@
+// Loads a record of a spectrum, works with what it gave, stores it, and loads it again.
+//
+// The first byte says which record the rest is, modulo 5: channel, trial, sum channel, the buffer for drawing, or the
+// trial's layout that stands ready. Whatever came of the load, the object must be storable, and its bytes must come
+// back as they are; only the exceptions of the archive may leave; and memory must stay in proportion to the input.
+
+#include "fuzz/SilentHost.h"
+
+#include "megset/platform/CArchiveException.h"
+#include "megset/platform/CMemFile.h"
+#include "megset/platform/memory.h"
+#include "megset/records/display/SHOW_SHRINK_DATAF.h"
+#include "megset/spectral/CSpctmChnlzk.h"
+#include "megset/spectral/CSpctmTrialzk.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+#include <vector>
+
+namespace megset {
+namespace {
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+// What one input may take from the functions of memory.h: in proportion to its size, and little in any case.
+std::atomic<std::uint64_t> memoryLeft = 0;
+
+bool withinBudget(std::size_t bytes) noexcept
+{
+    require(bytes <= memoryLeft);
+    memoryLeft -= bytes;
+    return true;
+}
+
+struct Ready : CSpctmTrialzk
+{
+};
+
+int serialize(CSpctmChnlzk& spectrum, CArchive& ar)
+{
+    return spectrum.serializeSpctmCzk(ar);
+}
+int serialize(CSpctmTrialzk& trial, CArchive& ar)
+{
+    return trial.serializeTrlSpctmZk(ar);
+}
+int serialize(Ready& trial, CArchive& ar)
+{
+    return trial.serializeTrlSpctm20190609(ar);
+}
+int serialize(CSumChnlSpctmDatazk& sums, CArchive& ar)
+{
+    return sums.serialSumChnl(ar);
+}
+int serialize(SHOW_SHRINK_DATAF& shrink, CArchive& ar)
+{
+    return shrink.serialize(ar);
+}
+
+template <class Record>
+std::vector<std::byte> stored(Record& record)
+{
+    CMemFile file;
+    CArchive archive(&file, CArchive::store);
+    require(serialize(record, archive) == 1);
+    archive.Close();
+    return file.detach();
+}
+
+// The operations that a broken number might lead astray.
+
+void use(CSpctmChnlzk& spectrum)
+{
+    spectrum.storeSpctmResult();
+    spectrum.m_pBkSpctmR.reset();
+    spectrum.reloadRawSpctmDataRIX();
+    spectrum.storeData2Backupfile();
+}
+
+void use(CSpctmTrialzk& trial)
+{
+    std::int64_t begin = 0;
+    std::int64_t end = 0;
+    double low = 0.0;
+    double high = 0.0;
+    trial.getTrialSpctmSelectFreqHz(low, high);
+    trial.getTrialSpctmGivenFreqID4Hz(INT64_MAX, INT64_MIN, low, high);
+    trial.getSpctmFreqIndex4Freq(low);
+    trial.getSelectBE4DrawWave(begin, end);
+    trial.getTrialSpctmSelectTime(begin, end);
+    trial.getTrialSpctmSelectFreq(begin, end);
+    trial.setTrialSpctmSelectTimeFreqBB(begin, end);
+    trial.setTrialSpctmSelectTimeFreqEE(INT64_MAX, INT64_MAX);
+}
+
+void use(CSumChnlSpctmDatazk& sums)
+{
+    sums.checkInit(2, 3);
+}
+
+void use(SHOW_SHRINK_DATAF&) {}
+
+template <class Record>
+void run(std::span<const std::uint8_t> input)
+{
+    CMemFile file(std::as_bytes(input));
+    CArchive archive(&file, CArchive::load);
+    Record record;
+    try {
+        serialize(record, archive);
+    } catch (const CArchiveException&) {
+    }
+    require(archive.position() <= file.GetLength());
+
+    const std::vector<std::byte> bytes = stored(record);
+    CMemFile copy(bytes);
+    CArchive load(&copy, CArchive::load);
+    Record back;
+    require(serialize(back, load) == 1);
+    require(load.bytesLeft() == 0);
+    require(stored(back) == bytes);
+
+    use(record);
+    stored(record);
+}
+
+void run(std::span<const std::uint8_t> input)
+{
+    constexpr void (*runs[])(std::span<const std::uint8_t>) = {
+        run<CSpctmChnlzk>, run<CSpctmTrialzk>, run<CSumChnlSpctmDatazk>, run<SHOW_SHRINK_DATAF>, run<Ready>};
+    if (input.empty())
+        return;
+    memoryLeft = (std::uint64_t{128} << 20U) + 64 * input.size();
+    runs[input[0] % std::size(runs)](input.subspan(1));
+}
+
+} // namespace
+} // namespace megset
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    static megset::SilentHost host;
+    megset::AfxSetHost(&host);
+    megset::setAllocationHook(megset::withinBudget);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    megset::run({data, size});
+    return 0;
+}
