@@ -1,5 +1,6 @@
 // Arrays of a channel as wholes: made, adopted, copied to and from the backup, cut, multiplied by the gain, dropped.
 
+#include "megset/records/records.h"
 #include "tests/core/channelStates.h"
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"

@@ -7,7 +7,6 @@
 #include <cmath>
 #include <functional>
 #include <random>
-#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,12 +15,8 @@ namespace megset {
 namespace {
 
 using namespace channelStates;
-using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::Eq;
 using ::testing::IsEmpty;
-using ::testing::Le;
-using ::testing::SizeIs;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double scale = 1.0 / 3.0;
@@ -405,8 +400,9 @@ TEST_F(ChannelFilling, AddDataInt4IDRefusesWhatDoesNotFitIntoBothArrays)
             EXPECT_EQ(channel.addDataInt4ID(n, 1, data), 0);
         }
         EXPECT_EQ(contents(channel), before);
-        if (room > 0)
+        if (room > 0) {
             EXPECT_EQ(channel.addDataInt4ID(room - 1, 1, data), before.total);
+        }
     }
     host.expectNoMessages();
 }

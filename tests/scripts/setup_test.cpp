@@ -132,6 +132,15 @@ TEST_F(Setup, AllAsksForTheCheckersToo)
     EXPECT_THAT(result.errors, HasSubstr("clang-tidy-14"));
 }
 
+TEST_F(Setup, CompareAsksForThePeersToo)
+{
+    haveInstalled(everythingForTheSuite);
+    const auto result = setup({"--compare"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("python3-numpy"));
+    EXPECT_THAT(result.errors, Not(HasSubstr("clang-tidy-14")));
+}
+
 } // namespace
 
 } // namespace megset
