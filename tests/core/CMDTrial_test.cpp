@@ -110,7 +110,12 @@ TEST_F(Trial, CountsNoChannelsWhereItHasNoArray)
 
 TEST_F(Trial, CountsNoVirtualChannelsAndKeepsThatToItself)
 {
-    const auto isPublic = []<class T>(const T&) { return requires(const T& t) { t.getTotalVirtChannel(); }; };
+    const auto isPublic = []<class T>(const T&) {
+        return requires(const T& t)
+        {
+            t.getTotalVirtChannel();
+        };
+    };
     EXPECT_FALSE(isPublic(empty));
 }
 

@@ -243,8 +243,9 @@ TEST(TrialInfo, TellsWhereMemoryForASensorEnds)
     const auto trial = makeTrial(0, 2, 1);
     const std::int64_t failures = forEachAllocationFailure([&] {
         ScriptedHost host;
-        if (!trial->copyTrialInfo(source.get()))
+        if (!trial->copyTrialInfo(source.get())) {
             EXPECT_THAT(host.messages(), ElementsAre("Is there enough memory?!"));
+        }
     });
     EXPECT_GE(failures, 1);
     EXPECT_NE(trial->getChannel(1)->getMEGSensorzk(), nullptr);

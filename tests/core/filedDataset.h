@@ -34,8 +34,9 @@ inline std::vector<double> channelValues(int trial, int channel, std::int64_t sa
 inline std::unique_ptr<CMDTrialzk> makeTrial(int number, int channels, std::int64_t samples)
 {
     auto trial = std::make_unique<CMDTrialzk>();
-    if (channels > 0)
+    if (channels > 0) {
         EXPECT_EQ(trial->allocateChannels(channels), 1);
+    }
     for (int i = 0; i < channels && samples > 0; ++i)
         EXPECT_EQ(trial->getChannel(i)->addData(samples, channelValues(number, i, samples).data()), samples);
     trial->m_strTrialName = CString::formatted("Trial%d", number);

@@ -62,8 +62,8 @@ TEST(TrialGains, AreAppliedToEveryChannelWithASensor)
     CMEGSensorzk* sensor = channel.ensureMEGSensor();
     ASSERT_NE(sensor, nullptr);
     sensor->initSensorInfo(1, 100, 0, 0, 4.0, 0.5, 1.0, 0.0);
-    const double gain = sensor->sensorGain();
-    ASSERT_EQ(gain, 2.0);
+    const double gain = sensor->getSnsGainCtf();
+    ASSERT_EQ(gain, 0.5e15);
     EXPECT_EQ(trial->applyMEGSnsrGainDir2Chnls(true), 1);
     EXPECT_THAT(wave(channel), ElementsAre(valueAt(1, 0, 0) * gain, valueAt(1, 0, 1) * gain));
     EXPECT_EQ(wave(*trial->getChannel(1)), channelValues(1, 1, 2));

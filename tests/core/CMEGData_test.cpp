@@ -1,0 +1,600 @@
+#include "megset/core/CMEGData.h"
+
+#include "megset/core/CMDChannelzk.h"
+
+#include "tests/core/filedDataset.h"
+#include "tests/kit/FailingAllocator.h"
+#include "tests/kit/ScriptedHost.h"
+
+#include <array>
+#include <cmath>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace megset {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::int32_t> blockOf(int trials, int channels, int samples)
+{
+    std::vector<std::int32_t> block;
+    for (int t = 0; t < trials; ++t)
+        for (int c = 0; c < channels; ++c)
+            for (int i = 0; i < samples; ++i)
+                block.push_back(static_cast<std::int32_t>(valueAt(t, c, i)));
+    return block;
+}
+
+// ---- a new dataset
+
+TEST(NewDataset, HasNoTrialsAndNoCurrentOne)
+{
+    CMEGDatazk data;
+    EXPECT_EQ(data.getCurrentTrialIndx(), -1);
+    EXPECT_EQ(data.getTotalTrial(), 0);
+    EXPECT_EQ(data.getCurrentTrialPt(), nullptr);
+    EXPECT_EQ(data.getMDTrial(0), nullptr);
+    EXPECT_EQ(data.getTrialzk(-1), nullptr);
+    EXPECT_EQ(data.openTrial(0), 0);
+    EXPECT_EQ(data.saveAllTrials(), 0);
+    EXPECT_EQ(data.getTotalChannel(-1), 0);
+    EXPECT_EQ(data.getTotalSample(), 0);
+    EXPECT_EQ(data.getChannMEGData(0, -1), nullptr);
+    EXPECT_EQ(data.getCurntTrialCurntChannDataWave(), nullptr);
+    EXPECT_EQ(data.getCurrentTrialChannelName(0), "No Data");
+    EXPECT_EQ(data.hasData2Draw(), 0);
+    EXPECT_EQ(data.getTotalChnl_Visible(false), 0);
+    EXPECT_EQ(data.getTotalChnl_Visible(true), 0);
+    EXPECT_EQ(data.getTotalTrigs(), 0);
+    EXPECT_EQ(data.getTrialComments(0), 0);
+    EXPECT_EQ(data.applyMEGSnsrGainDirTrial(0, true), 0);
+    EXPECT_EQ(data.setCurrentChannel(0, 0), 0);
+    EXPECT_EQ(data.setChannelName("A", 0, -1, false), 0);
+    EXPECT_EQ(data.setChannelPos(-1, 0, 1.0, 2.0, 3.0), 0);
+    EXPECT_EQ(data.setChannelType(100, true, 0, -1), 0);
+    EXPECT_TRUE(data.getUnsavedTrials().IsEmpty());
+    EXPECT_EQ(data.saveUnsavedTrials(), 0);
+}
+
+TEST(NewDataset, HoldsTheDefaultsOfItsFields)
+{
+    const CMEGDatazk data;
+    EXPECT_EQ(data.m_nRealTrial, 0);
+    EXPECT_EQ(data.m_nVirtualTrial, 0);
+    EXPECT_FALSE(data.m_ppTrial);
+    EXPECT_EQ(data.m_aTrialFilePath.GetSize(), 0);
+    EXPECT_EQ(data.m_strTrialFolder, "");
+    EXPECT_EQ(data.m_strDatasetPath, "");
+    EXPECT_EQ(data.m_strDatasetFileName, "");
+    EXPECT_EQ(data.m_strSessionName, "Unknown");
+    EXPECT_EQ(data.m_nDatasetFlagA, 1);
+    EXPECT_EQ(data.m_nDatasetFlagB, 0);
+    EXPECT_EQ(data.m_nSegmentCutState, 0);
+    EXPECT_EQ(data.m_nSegmentCutNext, 1);
+    EXPECT_EQ(data.m_strProcessInfo, "");
+    EXPECT_EQ(data.m_aViewer.GetSize(), 0);
+    EXPECT_EQ(data.m_pDocument, nullptr);
+    EXPECT_EQ(data.m_nFilterSettingCount, 0);
+    EXPECT_EQ(data.m_nFilterSettingCount2, 0);
+    EXPECT_EQ(data.m_nChnlParamCount, 0);
+    EXPECT_EQ(data.m_pChnlGood, nullptr);
+    EXPECT_EQ(data.m_pChnlShow, nullptr);
+    EXPECT_EQ(data.m_pChnlSelect, nullptr);
+    EXPECT_EQ(data.m_pChnlParam4, nullptr);
+    EXPECT_EQ(data.m_nSelectStart, 1);
+    EXPECT_EQ(data.m_nSelectEnd, 1);
+}
+
+TEST(NewDataset, ShowsSensorsAndVirtualChannels)
+{
+    const CMEGDatazk data;
+    EXPECT_EQ(data.getShowMEGSensor(), 1);
+    EXPECT_EQ(data.getShowMEGSensorActive(), 1);
+    EXPECT_EQ(data.getShowSensor2DOverlap(), 1);
+    EXPECT_EQ(data.getSensorSize2D(), 4);
+    EXPECT_EQ(data.m_dSensorSize2D, 4.0);
+    EXPECT_EQ(data.m_bShowVirtChnl, 1);
+    EXPECT_THAT(
+        (std::array{data.m_nShowWordA, data.m_nShowWordB, data.m_nShowWordC, data.m_nShowWordD, data.m_nShowWordE}),
+        ElementsAre(1, 1, 0, 512, 1));
+    EXPECT_THAT((std::array{data.m_dShowScaleA, data.m_dShowScaleB, data.m_dShowRangeMegLow, data.m_dShowRangeMegHigh}),
+                ElementsAre(1.0, 1.0, 0.0, 100.0));
+}
+
+TEST(NewDataset, HasTheZoomFactorsOfEachKindOfChannel)
+{
+    const CMEGDatazk data;
+    EXPECT_THAT((std::array{data.m_dZoomMEGSensor, data.m_dZoomMEGRef, data.m_dZoomEEGSensor, data.m_dZoomEEGRef}),
+                ElementsAre(0.005, 0.001, 0.001, 0.001));
+    EXPECT_THAT((std::array{data.m_dZoomType903, data.m_dZoomType902, data.m_dZoomType904}),
+                ElementsAre(0.005, 0.005, 0.005));
+    EXPECT_THAT((std::array{data.m_dZoomTrig, data.m_dZoomOthers, data.m_dShowTimeScaleX}),
+                ElementsAre(180.0, 0.001, 1.0));
+}
+
+TEST(NewDataset, HasTheColourScaleOfElectrodes)
+{
+    const CMEGDatazk data;
+    EXPECT_EQ(data.m_nEegShowWord, 1);
+    EXPECT_EQ(data.m_dElectrodeSize2D, 3.0);
+    EXPECT_EQ(data.m_nElectrodeSize2D, 2);
+    EXPECT_THAT((std::array{data.m_d2DElectrodeColorStepLow, data.m_d2DElectrodeColorStepHigh,
+                            data.m_d2DElectrodeColorHigh, data.m_d2DElectrodeColorLow}),
+                ElementsAre(-1.0, 1.0, 1.0, -1.0));
+    EXPECT_THAT((std::array{data.m_dShowRangeEegLow, data.m_dShowRangeEegHigh}), ElementsAre(0.0, 100.0));
+}
+
+TEST(NewDataset, HasTheRegionOfInterestOfTheDewar)
+{
+    const CMEGDatazk data;
+    EXPECT_THAT((std::array{data.m_dRoiXMin, data.m_dRoiXMax, data.m_dRoiYMin, data.m_dRoiYMax, data.m_dRoiZMin,
+                            data.m_dRoiZMax}),
+                ElementsAre(-90.0, 90.0, 20.0, 120.0, -100.0, 100.0));
+    EXPECT_THAT((std::array{data.m_dRoiXDim, data.m_dRoiYDim, data.m_dRoiZDim}), ElementsAre(180.0, 100.0, 200.0));
+    EXPECT_EQ(data.m_nRoiWord, 0);
+    EXPECT_EQ(data.m_nRoiWord2, 0);
+    EXPECT_EQ(data.m_clrRoiA, 65280U);
+    EXPECT_EQ(static_cast<std::int32_t>(data.m_clrRoiB), -16711936);
+}
+
+TEST(NewDataset, HasTheDefaultsOfMarkLinesAndCarriedWords)
+{
+    const CMEGDatazk data;
+    EXPECT_EQ(data.m_nShowMarkLineType, 1);
+    EXPECT_EQ(data.m_nTailWordC, 1);
+    EXPECT_EQ(data.m_nTailWordD, 10);
+    EXPECT_EQ(data.m_nTailWordE, 0);
+    EXPECT_EQ(data.m_nTailWordA, 1);
+    EXPECT_EQ(data.m_nTailWordB, 1);
+    EXPECT_EQ(data.m_dTailValueA, 2.0);
+    EXPECT_THAT((std::array{data.m_nTailWordF, data.m_nTailWordG, data.m_nTailWordI, data.m_nTailWordJ,
+                            data.m_nTailWordK, data.m_nTailWordL}),
+                ElementsAre(1, 1, 0, 0, 0, 1));
+}
+
+// ---- trials in memory
+
+TEST(MemoryDataset, HoldsTrialsOfZerosWithTheFirstCurrent)
+{
+    CMEGDatazk data;
+    EXPECT_EQ(data.initMEGData(2, 3, 4), 1);
+    EXPECT_EQ(data.getTotalTrial(), 2);
+    EXPECT_EQ(data.getCurrentTrialIndx(), 0);
+    EXPECT_EQ(data.getTotalChannel(1), 3);
+    EXPECT_EQ(data.getTotalSample(), 4);
+    for (int t = 0; t < 2; ++t) {
+        for (int c = 0; c < 3; ++c) {
+            EXPECT_THAT(wave(*data.getMDTrial(t)->getChannel(c)), ElementsAre(0, 0, 0, 0));
+            EXPECT_THAT(backup(*data.getMDTrial(t)->getChannel(c)), ElementsAre(0, 0, 0, 0));
+        }
+    }
+    EXPECT_EQ(data.m_aTrialFilePath.GetSize(), 0);
+}
+
+TEST(MemoryDataset, DropsTheFormerTrials)
+{
+    CMEGDatazk data;
+    data.initMEGData(4, 1, 1);
+    data.m_nCurrentTrial = 3;
+    EXPECT_EQ(data.initMEGData(1, 2, 3), 1);
+    EXPECT_EQ(data.getTotalTrial(), 1);
+    EXPECT_EQ(data.getCurrentTrialIndx(), 0);
+    EXPECT_EQ(data.getTotalChannel(-1), 2);
+}
+
+TEST(MemoryDataset, StoresACountBelowOneAsItIs)
+{
+    for (const int count : {0, -3}) {
+        CMEGDatazk data;
+        data.initMEGData(2, 1, 1);
+        EXPECT_EQ(data.initMEGData(count, 2, 2), 1);
+        EXPECT_EQ(data.getTotalTrial(), count);
+        EXPECT_EQ(data.getCurrentTrialIndx(), -1);
+        EXPECT_FALSE(data.m_ppTrial);
+    }
+}
+
+TEST(MemoryDataset, SurvivesANegativeCountInEveryOperation)
+{
+    CMEGDatazk data;
+    data.initMEGData(-3, 2, 2);
+    std::int64_t from = 0;
+    std::int64_t to = 0;
+    int real = 0;
+    int virt = 0;
+    EXPECT_EQ(data.openTrial(-1), 0);
+    EXPECT_EQ(data.openTrial(0), 0);
+    EXPECT_EQ(data.getMDTrial(-2), nullptr);
+    EXPECT_EQ(data.saveAllTrials(), 0);
+    EXPECT_EQ(data.getSelect(from, to), 0);
+    EXPECT_EQ(data.setSelect(1, 2), 0);
+    EXPECT_EQ(data.nextSelect(1, true), 0);
+    EXPECT_EQ(data.getTrialRecordVirtual(real, virt, 2), 0);
+    EXPECT_EQ(data.getTrialFilePath(0), "Error > total");
+    EXPECT_EQ(data.setChannelName("A", 0, -1, false), 0);
+    EXPECT_EQ(data.removeSpaceInChannelName(1), 0);
+    EXPECT_EQ(data.initMEGData(1, 1, 1), 1);
+}
+
+TEST(MemoryDataset, HasChannelsWithoutSamplesWhereNoneAreAskedFor)
+{
+    CMEGDatazk data;
+    EXPECT_EQ(data.initMEGData(1, 2, 0), 1);
+    EXPECT_EQ(data.getTotalChannel(-1), 2);
+    EXPECT_EQ(data.getTotalSample(), 0);
+    EXPECT_EQ(data.hasData2Draw(), 0);
+}
+
+TEST(MemoryDataset, CannotBeMadeWithoutChannels)
+{
+    const ScriptedHost host;
+    CMEGDatazk data;
+    EXPECT_EQ(data.initMEGData(2, 0, 4), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("Not enough memory?"));
+    EXPECT_EQ(data.getTotalTrial(), 0);
+}
+
+TEST(MemoryDataset, OpensNoOtherTrialBecauseItHasNoFiles)
+{
+    const ScriptedHost host;
+    CMEGDatazk data;
+    data.initMEGData(2, 1, 1);
+    EXPECT_EQ(data.openTrial(0), 1);
+    host.expectNoMessages();
+    EXPECT_EQ(data.openTrial(1), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("File path and trial error!"));
+    EXPECT_EQ(data.getCurrentTrialIndx(), 0);
+    EXPECT_NE(data.getMDTrial(0), nullptr);
+    EXPECT_NE(data.getMDTrial(1), nullptr);
+}
+
+TEST(MemoryDataset, IsEmptyWhereMemoryEndsWhileItIsMade)
+{
+    const std::int64_t failures = forEachAllocationFailure([] {
+        const ScriptedHost host;
+        CMEGDatazk data;
+        data.initMEGData(1, 1, 1);
+        if (data.initMEGData(2, 2, 2)) {
+            EXPECT_EQ(data.getTotalTrial(), 2);
+            return;
+        }
+        ASSERT_FALSE(host.messages().empty());
+        const CString last = host.messages().back();
+        EXPECT_TRUE(last == "Not enough memory?!" || last == "Not enough memory?") << last;
+        EXPECT_EQ(data.initMEGData(2, 2, 2), 1);
+        EXPECT_EQ(data.getTotalChannel(1), 2);
+    });
+    // Each of the first call, which this test does not look at, and of the second.
+    EXPECT_EQ(failures, 6 + 1 + 2 * (1 + 1 + 2 + 4));
+}
+
+TEST(MemoryDataset, TellsOfTheArrayAndOfTrialsInTwoTexts)
+{
+    std::vector<CString> lastMessages;
+    forEachAllocationFailure([&lastMessages] {
+        const ScriptedHost host;
+        CMEGDatazk data;
+        if (!data.initMEGData(1, 1, 1))
+            lastMessages.push_back(host.messages().back());
+    });
+    // The array; the trial, its array of channels, the channel and its two sample arrays.
+    EXPECT_THAT(lastMessages, ElementsAre("Not enough memory?!", "Not enough memory?", "Not enough memory?",
+                                          "Not enough memory?", "Not enough memory?", "Not enough memory?"));
+}
+
+TEST(MemoryDataset, TakesTrialsFromABlock)
+{
+    CMEGDatazk data;
+    EXPECT_EQ(data.setDataL2F(2, 3, 4, blockOf(2, 3, 4).data()), 1);
+    EXPECT_EQ(data.getTotalTrial(), 2);
+    EXPECT_EQ(data.getCurrentTrialIndx(), 0);
+    for (int t = 0; t < 2; ++t) {
+        for (int c = 0; c < 3; ++c) {
+            EXPECT_EQ(wave(*data.getMDTrial(t)->getChannel(c)), channelValues(t, c, 4));
+            EXPECT_EQ(backup(*data.getMDTrial(t)->getChannel(c)), channelValues(t, c, 4));
+        }
+    }
+}
+
+TEST(MemoryDataset, TakesNothingFromANullBlock)
+{
+    CMEGDatazk data;
+    data.initMEGData(2, 1, 1);
+    EXPECT_EQ(data.setDataL2F(1, 1, 1, nullptr), 0);
+    EXPECT_EQ(data.getTotalTrial(), 2);
+}
+
+TEST(MemoryDataset, StoresACountBelowOneOfABlockAsItIs)
+{
+    CMEGDatazk data;
+    const std::int32_t value = 1;
+    EXPECT_EQ(data.setDataL2F(-1, 1, 1, &value), 1);
+    EXPECT_EQ(data.getTotalTrial(), -1);
+    EXPECT_EQ(data.getCurrentTrialIndx(), -1);
+}
+
+TEST(MemoryDataset, KeepsTheTrialsOfABlockThatWereMadeWhenMemoryEnds)
+{
+    const auto block = blockOf(2, 2, 2);
+    std::vector<int> kept;
+    forEachAllocationFailure([&] {
+        const ScriptedHost host;
+        CMEGDatazk data;
+        if (data.setDataL2F(2, 2, 2, block.data()))
+            return;
+        EXPECT_FALSE(host.messages().empty());
+        kept.push_back(data.getTotalTrial());
+        EXPECT_EQ(data.getCurrentTrialIndx(), data.getTotalTrial() > 0 ? 0 : -1);
+        for (int t = 0; t < data.getTotalTrial(); ++t)
+            EXPECT_EQ(wave(*data.getMDTrial(t)->getChannel(1)), channelValues(t, 1, 2));
+        EXPECT_EQ(data.getMDTrial(data.getTotalTrial()), nullptr);
+    });
+    // The array and the 8 allocations of the first trial, then those of the second.
+    EXPECT_THAT(kept, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1));
+}
+
+TEST(MemoryDataset, KeepsItsPathsWhenItsTrialsGo)
+{
+    CMEGDatazk data;
+    data.initMEGData(2, 1, 1);
+    data.m_aTrialFilePath.Add("C:\\a.trl");
+    EXPECT_EQ(data._cleanDatasetTrials(), 1);
+    EXPECT_EQ(data.getTotalTrial(), 0);
+    EXPECT_EQ(data.getCurrentTrialIndx(), -1);
+    EXPECT_FALSE(data.m_ppTrial);
+    EXPECT_EQ(data.m_aTrialFilePath.GetSize(), 1);
+}
+
+// ---- reading the trials in memory
+
+// Two trials of three channels with four samples; the current channel of trial 0 is 1.
+class ReadDataset : public ::testing::Test
+{
+protected:
+    ReadDataset()
+    {
+        EXPECT_EQ(data.setDataL2F(2, 3, 4, blockOf(2, 3, 4).data()), 1);
+        data.getMDTrial(0)->m_nCurrentChannel = 1;
+        data.getMDTrial(0)->getChannel(1)->m_strChannelName = "Cz";
+        data.checkInitChnlParam(data.getMDTrial(0));
+    }
+
+    CMDChannelzk& channel(int trial, int index) { return *data.getMDTrial(trial)->getChannel(index); }
+
+    CMEGDatazk data;
+};
+
+TEST_F(ReadDataset, LooksIntoAPlaceAndTakesTheCurrentOneForMinusOne)
+{
+    EXPECT_EQ(data.getMDTrial(-1), data.getMDTrial(0));
+    EXPECT_EQ(data.getCurrentTrialPt(), data.getMDTrial(0));
+    EXPECT_NE(data.getMDTrial(1), data.getMDTrial(0));
+    EXPECT_EQ(data.getMDTrial(2), nullptr);
+    EXPECT_EQ(data.getMDTrial(-2), nullptr);
+}
+
+TEST_F(ReadDataset, GivesNothingForAnEmptyPlace)
+{
+    data.m_ppTrial.set(0, nullptr);
+    EXPECT_EQ(data.getMDTrial(0), nullptr);
+    EXPECT_EQ(data.getTotalChannel(0), 0);
+    EXPECT_EQ(data.getTotalSample(), 0);
+    EXPECT_EQ(data.getChannMEGData(0, 0), nullptr);
+    EXPECT_EQ(data.getSelectUnit(0), "None");
+    EXPECT_EQ(data.getSelectDataValueUnit(0, 0, 1, 0), "None");
+    EXPECT_EQ(data.getSelectData(0, 0, 1), 0.0);
+    EXPECT_EQ(data.getCurrentTrialChannelName(0), "No Data");
+}
+
+TEST_F(ReadDataset, GivesWorkingArraysOfAnyTrialInMemory)
+{
+    EXPECT_EQ(data.getChannMEGData(2, 1), channel(1, 2).getDataWave());
+    EXPECT_EQ(data.getChannMEGData(-1, -1), channel(0, 1).getDataWave());
+    EXPECT_EQ(data.getCurntTrialCurntChannDataWave(), channel(0, 1).getDataWave());
+    EXPECT_EQ(data.getChannMEGData(3, 0), nullptr);
+    EXPECT_EQ(data.getChannMEGData(0, 2), nullptr);
+}
+
+TEST_F(ReadDataset, GivesTheCurrentChannelsCountBesideTheArrayOfAnotherChannel)
+{
+    channel(0, 2).initData(9, true);
+    std::int64_t n = 0;
+    double* samples = nullptr;
+    EXPECT_EQ(data.getChannMEGDataS(&n, &samples, 2, -1), 1);
+    EXPECT_EQ(n, 4);
+    EXPECT_EQ(samples, channel(0, 2).getDataWave());
+    EXPECT_EQ(data.getChannMEGDataS(&n, &samples, 7, -1), 0);
+    EXPECT_EQ(samples, nullptr);
+    EXPECT_EQ(data.getChannMEGDataS(nullptr, nullptr, 2, -1), 1);
+    EXPECT_EQ(data.getChannMEGDataS(&n, &samples, 0, 2), 0);
+    EXPECT_EQ(n, 0);
+}
+
+TEST_F(ReadDataset, TellsTheSizeOfTheCurrentTrial)
+{
+    int channels = 0;
+    std::int64_t samples = 0;
+    EXPECT_EQ(data.getCurntTrialChannelSample(&channels, &samples), 2);
+    EXPECT_EQ(channels, 3);
+    EXPECT_EQ(samples, 4);
+    EXPECT_EQ(data.getCurntTrialChannelSample(nullptr, nullptr), 2);
+    CMEGDatazk empty;
+    EXPECT_EQ(empty.getCurntTrialChannelSample(&channels, &samples), 0);
+    EXPECT_EQ(channels, 0);
+    EXPECT_EQ(samples, 0);
+}
+
+TEST_F(ReadDataset, TellsAnyOfChannelsSamplesAndTrial)
+{
+    int channels = 0;
+    std::int64_t samples = 0;
+    CMDTrialzk* trial = nullptr;
+    EXPECT_EQ(data.getCurntTrialCSD(&channels, nullptr, nullptr), 0);
+    EXPECT_EQ(data.getCurntTrialCSD(nullptr, &samples, nullptr), 0);
+    EXPECT_EQ(data.getCurntTrialCSD(nullptr, nullptr, &trial), 0);
+    EXPECT_EQ(channels, 3);
+    EXPECT_EQ(samples, 4);
+    EXPECT_EQ(trial, data.getMDTrial(0));
+    EXPECT_EQ(CMEGDatazk().getCurntTrialCSD(&channels, &samples, &trial), -1);
+    EXPECT_EQ(trial, nullptr);
+}
+
+TEST_F(ReadDataset, GivesAllSizesWithTheFirstChannelsArray)
+{
+    int trials = 0;
+    int channels = 0;
+    std::int64_t samples = 0;
+    double* first = nullptr;
+    EXPECT_EQ(data.getDataB(&trials, &channels, &samples, &first), 2);
+    EXPECT_EQ(trials, 2);
+    EXPECT_EQ(channels, 3);
+    EXPECT_EQ(samples, 4);
+    EXPECT_EQ(first, channel(0, 0).getDataWave());
+    EXPECT_EQ(CMEGDatazk().getDataB(&trials, &channels, &samples, &first), 0);
+    EXPECT_EQ(first, nullptr);
+}
+
+TEST_F(ReadDataset, NamesChannelsOfTheCurrentTrial)
+{
+    EXPECT_EQ(data.getCurrentTrialChannelName(1), "Cz");
+    EXPECT_EQ(data.getCurrentTrialChannelName(-1), "Cz");
+    EXPECT_EQ(data.getCurrentTrialChannelName(0), "Unknown");
+    EXPECT_EQ(data.getCurrentTrialChannelName(3), "Unknown");
+}
+
+TEST_F(ReadDataset, GivesTypeAndShowFlagOfAChannel)
+{
+    channel(0, 1).m_nChannelType = 302;
+    data.m_pChnlShow[1] = 0;
+    unsigned type = 0;
+    bool show = true;
+    EXPECT_EQ(data.getChannelTypeX(type, show, 1), 1);
+    EXPECT_EQ(type, 302U);
+    EXPECT_FALSE(show);
+}
+
+TEST_F(ReadDataset, GivesTheTypeAloneForTheCurrentChannel)
+{
+    channel(0, 1).m_nChannelType = 302;
+    data.m_pChnlShow[1] = 0;
+    unsigned type = 0;
+    bool show = true;
+    EXPECT_EQ(data.getChannelTypeX(type, show, -1), 0);
+    EXPECT_EQ(type, 302U);
+    EXPECT_TRUE(show);
+    EXPECT_EQ(data.getChannelTypeX(type, show, 3), 0);
+}
+
+TEST_F(ReadDataset, StoresTypeAndShowFlagOfAChannel)
+{
+    EXPECT_EQ(data.setChannelType(100, false, 2, 1), 1);
+    EXPECT_EQ(channel(1, 2).m_nChannelType, 100);
+    EXPECT_EQ(channel(0, 2).m_nChannelType, -1);
+    EXPECT_EQ(data.m_pChnlShow[2], 0);
+}
+
+TEST_F(ReadDataset, StoresNoTypeOutsideTheFlags)
+{
+    EXPECT_EQ(data.setChannelType(100, false, 3, 0), 0);
+    EXPECT_EQ(data.setChannelType(100, false, -1, 0), 0);
+    data._cleanChnlParam();
+    EXPECT_EQ(data.setChannelType(100, false, 0, 0), 0);
+    EXPECT_EQ(channel(0, 0).m_nChannelType, -1);
+}
+
+TEST_F(ReadDataset, SetsTheCurrentChannelOfATrial)
+{
+    EXPECT_EQ(data.setCurrentChannel(1, 2), 1);
+    EXPECT_EQ(data.getMDTrial(1)->m_nCurrentChannel, 2);
+    EXPECT_EQ(data.setCurrentChannel(-1, 0), 1);
+    EXPECT_EQ(data.getMDTrial(0)->m_nCurrentChannel, 0);
+    EXPECT_EQ(data.setCurrentChannel(0, 3), 0);
+    EXPECT_EQ(data.setCurrentChannel(2, 0), 0);
+}
+
+TEST_F(ReadDataset, NamesAChannelInOneTrialOrInAll)
+{
+    EXPECT_EQ(data.setChannelName("A", 0, 1, false), 1);
+    EXPECT_EQ(channel(1, 0).m_strChannelName, "A");
+    EXPECT_EQ(channel(0, 0).m_strChannelName, "");
+    EXPECT_EQ(data.setChannelName("B", 0, -1, false), 1);
+    EXPECT_EQ(channel(0, 0).m_strChannelName, "B");
+    EXPECT_EQ(channel(1, 0).m_strChannelName, "B");
+    EXPECT_EQ(data.setChannelName("C", 0, -2, false), 0);
+    EXPECT_EQ(data.setChannelName("C", 0, 2, false), 0);
+    EXPECT_EQ(data.setChannelName("C", 3, -1, false), 0);
+}
+
+TEST_F(ReadDataset, NamesAChannelInTheTrialsThatAreInTheirPlaces)
+{
+    data.m_ppTrial.set(0, nullptr);
+    EXPECT_EQ(data.setChannelName("B", 0, -1, false), 1);
+    EXPECT_EQ(channel(1, 0).m_strChannelName, "B");
+}
+
+TEST_F(ReadDataset, PlacesASensorInAllTrials)
+{
+    for (int t = 0; t < 2; ++t) {
+        channel(t, 0).m_nChannelType = 100;
+        channel(t, 0).ensureMEGSensor();
+    }
+    EXPECT_EQ(data.setChannelPos(-1, 0, 1.0, 2.0, 3.0), 1);
+    for (int t = 0; t < 2; ++t) {
+        double x = 0.0;
+        double y = 0.0;
+        double z = 0.0;
+        EXPECT_EQ(data.getMDTrial(t)->getChannelPos(0, x, y, z), 1);
+        EXPECT_THAT((std::array{x, y, z}), ElementsAre(1.0, 2.0, 3.0)) << t;
+    }
+    EXPECT_EQ(data.setChannelPos(0, 3, 1.0, 2.0, 3.0), 0);
+}
+
+TEST_F(ReadDataset, CountsTheChannelsThatAreShown)
+{
+    EXPECT_EQ(data.getTotalChnl_Visible(false), 3);
+    EXPECT_EQ(data.getTotalChnl_Visible(true), 3);
+    data.m_pChnlShow[0] = 0;
+    EXPECT_EQ(data.getTotalChnl_Visible(false), 3);
+    EXPECT_EQ(data.getTotalChnl_Visible(true), 2);
+}
+
+TEST_F(ReadDataset, HasDataToDrawWhereTheCurrentChannelHasSamples)
+{
+    EXPECT_EQ(data.hasData2Draw(), 1);
+    channel(0, 1)._cleanTimeDataC(true);
+    EXPECT_EQ(data.hasData2Draw(), 0);
+}
+
+TEST_F(ReadDataset, AppliesTheGainsToATrial)
+{
+    channel(0, 0).m_nChannelType = 100;
+    CMEGSensorzk* sensor = channel(0, 0).ensureMEGSensor();
+    ASSERT_NE(sensor, nullptr);
+    sensor->initSensorInfo(1, 100, 0, 0, 4.0, 0.5, 2.0, 0.0);
+    EXPECT_EQ(data.applyMEGSnsrGainDirTrial(-1, true), 1);
+    EXPECT_EQ(channel(0, 0).getDataWave()[3], valueAt(0, 0, 3) * sensor->getSnsGainCtf());
+}
+
+// ---- the session
+
+TEST(Session, HasANameAndARecordingThatIsCopied)
+{
+    CMEGDatazk data;
+    EXPECT_EQ(data.getSessionName(), "Unknown");
+    EXPECT_EQ(data.setSessionName("S01"), 1);
+    EXPECT_EQ(data.getSessionName(), "S01");
+    CMEGRecordInfozkProzk info;
+    info.m_nAverageCount = 12;
+    EXPECT_EQ(data.setMEGRecordInfozk(&info), 1);
+    info.m_nAverageCount = 13;
+    EXPECT_EQ(data.getMEGRecordInfozk(), &data.m_recordInfo);
+    EXPECT_EQ(data.getAverageTrigValue(), 12);
+    EXPECT_EQ(data.setMEGRecordInfozk(nullptr), 0);
+    EXPECT_EQ(data.getAverageTrigValue(), 12);
+}
+
+} // namespace
+} // namespace megset
