@@ -438,9 +438,10 @@ int CMDChannel::applyMEGSnsrGainDir2Data(bool once)
 {
     if (once && m_nSnsGainApplied > 0)
         return 1;
-    if (waveSpan().empty() || m_nGeomType != 1 || m_pGeomHw == nullptr)
+    const auto* sensor = m_nGeomType == 1 ? dynamic_cast<const CMEGSensorzk*>(m_pGeomHw.get()) : nullptr;
+    if (waveSpan().empty() || sensor == nullptr)
         return 0;
-    const double gain = static_cast<const CMEGSensorzk&>(*m_pGeomHw).getSnsGainCtf();
+    const double gain = sensor->getSnsGainCtf();
     numeric::scaleInPlace(waveSpan(), gain);
     // The backup samples of the same indices.
     numeric::scaleInPlace(backupSpan().first(std::min(backupSpan().size(), waveSpan().size())), gain);
