@@ -89,8 +89,7 @@ int CMDChannel0SensorInfo::initSensorBasic(int id, int type, const CString& name
     CMEGSensorzk* sensor = ensureMEGSensor();
     if (sensor == nullptr)
         return 0;
-    sensor->initSensorBasic(id, name, typeName, coils, words, a, b, c, d);
-    return 1;
+    return sensor->initSensorBasic(id, name, typeName, coils, words, a, b, c, d);
 }
 
 int CMDChannel0SensorInfo::initSensorInfo(int id, int type, int wordA, int wordB, double a, double b, double c,
@@ -107,8 +106,7 @@ int CMDChannel0SensorInfo::initSensorInfo(int id, int type, int wordA, int wordB
     CMEGSensorzk* sensor = getMEGSensorzk();
     if (sensor == nullptr)
         return 0;
-    sensor->initSensorInfo(id, type, wordA, wordB, a, b, c, d);
-    return 1;
+    return sensor->initSensorInfo(id, type, wordA, wordB, a, b, c, d);
 }
 
 int CMDChannel0SensorInfo::setGradientNoiseReduction(int order, const CCoefficientDatazk* coefficients)

@@ -38,8 +38,8 @@ public:
     /// Position in mm of the sensor's first coil in the working frame; the first argument is not read. 0 without a
     /// sensor.
     int getSnsCoilWkCpyXYZ(int coil, double& x, double& y, double& z) const;
-    /// Stores the type, makes a sensor when none is there, and sets it up from arrays (see CMEGSensor). 0 without
-    /// memory.
+    /// Stores the type, makes a sensor when none is there, and sets it up from arrays (see CMEGSensor), which gives the
+    /// result. 0 without memory.
     int initSensorBasic(int id, int type, const CString& name, const CString& typeName, int coils, int* words,
                         double* a, double* b, double* c, double* d);
     /// Stores the type; makes a new sensor for a MEG type, and sets it up from numbers (see CMEGSensor). 0 without

@@ -24,9 +24,10 @@ public:
     /// on a source index gets 0: this curve is meant. A weight on the element behind the source counts as 0. 1, or 0
     /// unless 0 < n < m and both arrays are given.
     static int expandDataPoints(std::int64_t n, const int* src, std::int64_t m, int* dst);
-    // Of the sensor of a MEG channel; 0 for any other channel and without a sensor.
 
-    /// Distance of its coils in mm.
+    // The channel's sensor; 0 without one.
+
+    /// Distance of its coils in mm; 0.0 for a channel that is of no MEG type, too.
     double getCoilBaseLine() const;
     /// Whether it stands at gradient order 2 or above.
     int hasSyntheticGradiometer() const;

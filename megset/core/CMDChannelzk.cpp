@@ -10,24 +10,16 @@
 namespace megset {
 namespace {
 
+// Puts a copy of the geometry into `copy`; false without memory. An object of another class than its type tells, which
+// setGeomType() can leave behind, counts as none.
 template <class Record>
-std::unique_ptr<CGeomzk> copyOf(const CGeomzk& record)
+bool copyTo(std::unique_ptr<CGeomzk>& copy, const CGeomzk* geometry)
 {
-    return tryNew<Record>(static_cast<const Record&>(record));
-}
-
-std::unique_ptr<CGeomzk> copyOfGeometry(int type, const CGeomzk& record)
-{
-    switch (type) {
-    case 1:
-        return copyOf<CMEGSensorzk>(record);
-    case 2:
-        return copyOf<CEEGelectrodezk>(record);
-    case 3:
-        return copyOf<CStimTrigzk>(record);
-    default:
-        return copyOf<CMisceSnsrzk>(record);
-    }
+    const auto* record = dynamic_cast<const Record*>(geometry);
+    if (record == nullptr)
+        return true;
+    copy = tryNew<Record>(*record);
+    return copy != nullptr;
 }
 
 // Combines the samples that a and b both have into two results; 0 for a mode that is none.
@@ -88,10 +80,19 @@ int CMDChannelzk::copyChannelInfo(const CMDChannelzk* src)
 // Types 1 to 4 are copied; an accelerator, which only a file brings, is not.
 bool CMDChannelzk::copyGeometry(const CMDChannelzk& src)
 {
-    if (src.m_pGeomHw == nullptr || src.m_nGeomType < 1 || src.m_nGeomType > 4)
+    const CGeomzk* geometry = src.m_pGeomHw.get();
+    switch (src.m_nGeomType) {
+    case 1:
+        return copyTo<CMEGSensorzk>(m_pGeomHw, geometry);
+    case 2:
+        return copyTo<CEEGelectrodezk>(m_pGeomHw, geometry);
+    case 3:
+        return copyTo<CStimTrigzk>(m_pGeomHw, geometry);
+    case 4:
+        return copyTo<CMisceSnsrzk>(m_pGeomHw, geometry);
+    default:
         return true;
-    m_pGeomHw = copyOfGeometry(src.m_nGeomType, *src.m_pGeomHw);
-    return m_pGeomHw != nullptr;
+    }
 }
 
 bool CMDChannelzk::copyBalance(const CMDChannelzk& src)

@@ -262,22 +262,26 @@ bool bindMEGSensor(CMDChannelzk& channel, const CMEGSensorzk& sensor)
     return true;
 }
 
+// The sensor may be the channel's own, which ends when the channel gets another geometry: what is taken from it is
+// copied first.
 bool bindElectrode(CMDChannelzk& channel, const CMEGSensorzk& sensor)
 {
+    const CMEGSensor::Geometry geometry = sensor.m_dSnsGeom;
     CEEGelectrodezk* electrode = channel.ensureEegElectrode();
     if (electrode == nullptr)
         return false;
-    std::copy_n(std::begin(sensor.m_dSnsGeom), 4, std::begin(electrode->m_dElectrodePos));
-    std::copy_n(std::begin(sensor.m_dSnsGeom) + 4, 4, std::begin(electrode->m_dElectrodeDir));
+    std::copy_n(geometry.begin(), 4, electrode->m_dElectrodePos.begin());
+    std::copy_n(geometry.begin() + 4, 4, electrode->m_dElectrodeDir.begin());
     return true;
 }
 
 bool bindMiscellaneous(CMDChannelzk& channel, const CMEGSensorzk& sensor)
 {
+    const CString name = sensor.m_strSensorName;
     CMisceSnsrzk* target = channel.ensureMisceSnsr();
     if (target == nullptr)
         return false;
-    target->m_strSnsName = sensor.m_strSensorName;
+    target->m_strSnsName = name;
     return true;
 }
 

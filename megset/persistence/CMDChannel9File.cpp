@@ -214,68 +214,46 @@ int CMDChannel9File::serializeGeometryType(CArchive& ar)
 
 namespace {
 
+// A guarded geometry record. What the record itself answers is not looked at. An object of another class than the
+// channel's geometry type tells, which setGeomType() can leave behind, is not written.
 template <class Record>
-std::unique_ptr<CGeomzk> loadGeometry(CArchive& ar)
+int exchangeGeometry(CArchive& ar, std::unique_ptr<CGeomzk>& geometry)
 {
-    auto record = tryNew<Record>();
-    if (record != nullptr)
-        record->serializezk(ar);
-    return record;
-}
-
-std::unique_ptr<CGeomzk> loadGeometryOfType(CArchive& ar, int type)
-{
-    switch (type) {
-    case 1:
-        return loadGeometry<CMEGSensorzk>(ar);
-    case 2:
-        return loadGeometry<CEEGelectrodezk>(ar);
-    case 3:
-        return loadGeometry<CStimTrigzk>(ar);
-    case 4:
-        return loadGeometry<CMisceSnsrzk>(ar);
-    default:
-        return loadGeometry<CSensorAcceleratorzk>(ar);
+    auto* record = dynamic_cast<Record*>(geometry.get());
+    if (!exchangeGuard(ar, record != nullptr, "m_pGeomHw"))
+        return 1;
+    if (ar.IsLoading()) {
+        auto made = tryNew<Record>();
+        if (made == nullptr)
+            return fail("Is there enough memory?!");
+        record = made.get();
+        geometry = std::move(made);
     }
-}
-
-void storeGeometryOfType(CArchive& ar, int type, CGeomzk& geometry)
-{
-    switch (type) {
-    case 1:
-        static_cast<CMEGSensorzk&>(geometry).serializezk(ar);
-        break;
-    case 2:
-        static_cast<CEEGelectrodezk&>(geometry).serializezk(ar);
-        break;
-    case 3:
-        static_cast<CStimTrigzk&>(geometry).serializezk(ar);
-        break;
-    case 4:
-        static_cast<CMisceSnsrzk&>(geometry).serializezk(ar);
-        break;
-    default:
-        static_cast<CSensorAcceleratorzk&>(geometry).serializezk(ar);
-        break;
-    }
+    record->serializezk(ar);
+    return 1;
 }
 
 } // namespace
 
-// A guard and a record of a known type; a guard alone, 0 when written and dropped when read, for any other. What the
-// record's own reader answers is not looked at.
+// A guard and a record of a known type; a guard alone, 0 when written and dropped when read, for any other.
 int CMDChannel9File::serializeGeometryRecord(CArchive& ar, std::span<const int> knownTypes)
 {
     const bool known = std::find(knownTypes.begin(), knownTypes.end(), m_nGeomType) != knownTypes.end();
-    const bool present = exchangeGuard(ar, known && m_pGeomHw != nullptr, "m_pGeomHw");
-    if (!known || !present)
-        return 1;
-    if (ar.IsStoring()) {
-        storeGeometryOfType(ar, m_nGeomType, *m_pGeomHw);
+    switch (known ? m_nGeomType : 0) {
+    case 1:
+        return exchangeGeometry<CMEGSensorzk>(ar, m_pGeomHw);
+    case 2:
+        return exchangeGeometry<CEEGelectrodezk>(ar, m_pGeomHw);
+    case 3:
+        return exchangeGeometry<CStimTrigzk>(ar, m_pGeomHw);
+    case 4:
+        return exchangeGeometry<CMisceSnsrzk>(ar, m_pGeomHw);
+    case 5:
+        return exchangeGeometry<CSensorAcceleratorzk>(ar, m_pGeomHw);
+    default:
+        exchangeGuard(ar, false, "m_pGeomHw");
         return 1;
     }
-    m_pGeomHw = loadGeometryOfType(ar, m_nGeomType);
-    return m_pGeomHw != nullptr ? 1 : fail("Is there enough memory?!");
 }
 
 int CMDChannel9File::serializeBalance(CArchive& ar)
@@ -314,8 +292,7 @@ int CMDChannel9File::_03serializeTimeData(CArchive& ar)
 // A block that is cut short goes unnoticed; only one that gives nothing is an error. A block of no bytes is none.
 int CMDChannel9File::exchangeSamples(CArchive& ar, SampleArray& samples, std::int64_t count, const char* name)
 {
-    const auto make = [](std::int64_t n) { return tryNewSamples(n, false); };
-    switch (exchangeGuardedBlock(ar, samples, count, make, name)) {
+    switch (exchangeGuardedBlock(ar, samples, count, name)) {
     case BlockResult::noMemory:
         return fail("Not enough memory!");
     case BlockResult::empty:
