@@ -1,6 +1,6 @@
 #include "megset/persistence/CMDChannel9File.h"
 
-#include "megset/platform/archiveLists.h"
+#include "megset/persistence/exchangeSlot.h"
 #include "megset/records/records.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 
@@ -302,24 +302,6 @@ int CMDChannel9File::exchangeSamples(CArchive& ar, SampleArray& samples, std::in
     }
 }
 
-namespace {
-
-// A guarded object that is made when it is loaded; `exchange(object)` gives 0 to end the section.
-template <class T, class Exchange>
-int exchangeSlot(CArchive& ar, std::unique_ptr<T>& slot, const char* name, Exchange exchange)
-{
-    if (!exchangeGuard(ar, slot != nullptr, name))
-        return 1;
-    if (ar.IsLoading()) {
-        slot = tryNew<T>();
-        if (slot == nullptr)
-            return fail(noMemoryForObject);
-    }
-    return exchange(*slot);
-}
-
-} // namespace
-
 int CMDChannel9File::_04serializeSpctmData(CArchive& ar)
 {
     const ArchiveSection section(ar, "_04serializeSpctmData");
@@ -329,9 +311,9 @@ int CMDChannel9File::_04serializeSpctmData(CArchive& ar)
         spectrum.serializeSpctmCzk(ar); // what it answers is not looked at
         return 1;
     };
-    return exchangeSlot(ar, m_pSpctmChnlA, "m_pSpctmChnlA", exchange) &&
-           exchangeSlot(ar, m_pSpctmChnlC, "m_pSpctmChnlC", exchange) &&
-           exchangeSlot(ar, m_pSpctmChnlR, "m_pSpctmChnlR", exchange);
+    return exchangeSlot(ar, m_pSpctmChnlA, "m_pSpctmChnlA", noMemoryForObject, exchange) &&
+           exchangeSlot(ar, m_pSpctmChnlC, "m_pSpctmChnlC", noMemoryForObject, exchange) &&
+           exchangeSlot(ar, m_pSpctmChnlR, "m_pSpctmChnlR", noMemoryForObject, exchange);
 }
 
 int CMDChannel9File::_06serializeWavAnlyRslt(CArchive& ar)
@@ -343,9 +325,9 @@ int CMDChannel9File::_06serializeWavAnlyRslt(CArchive& ar)
     // The third record is written from the X slot and read into the C slot, over the one just read: old files read so,
     // and it stays.
     std::unique_ptr<CChnlWaveAnalyzedResultzk>& third = ar.IsStoring() ? m_pWaveResultX : m_pWaveResultC;
-    return exchangeSlot(ar, m_pWaveResultA, "m_pWaveResultA", exchange) &&
-           exchangeSlot(ar, m_pWaveResultC, "m_pWaveResultC", exchange) &&
-           exchangeSlot(ar, third, "m_pWaveResultX", exchange);
+    return exchangeSlot(ar, m_pWaveResultA, "m_pWaveResultA", noMemoryForObject, exchange) &&
+           exchangeSlot(ar, m_pWaveResultC, "m_pWaveResultC", noMemoryForObject, exchange) &&
+           exchangeSlot(ar, third, "m_pWaveResultX", noMemoryForObject, exchange);
 }
 
 int CMDChannel9File::_07serializeShowShrinkData(CArchive& ar)
@@ -353,7 +335,7 @@ int CMDChannel9File::_07serializeShowShrinkData(CArchive& ar)
     const ArchiveSection section(ar, "_07serializeShowShrinkData");
     if (ar.IsLoading())
         _cleanShowShrinkData();
-    return exchangeSlot(ar, m_pShowShrink, "m_pShowShrink",
+    return exchangeSlot(ar, m_pShowShrink, "m_pShowShrink", noMemoryForObject,
                         [&ar](SHOW_SHRINK_DATAF& buffer) { return buffer.serialize(ar); });
 }
 

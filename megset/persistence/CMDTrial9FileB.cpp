@@ -1,8 +1,8 @@
 #include "megset/persistence/CMDTrial9FileB.h"
 
 #include "megset/core/CMDChannelzk.h"
+#include "megset/persistence/exchangeSlot.h"
 #include "megset/platform/CFileDialog.h"
-#include "megset/platform/archiveLists.h"
 #include "megset/platform/paths.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
@@ -21,21 +21,6 @@ int fail(const char* message)
 int told(int result)
 {
     return result ? result : fail("Trial file format!!?");
-}
-
-// A guarded object that is made when it is loaded, with its message where there is no memory ("" for none).
-// `exchange(object)` gives 0 to end the section.
-template <class T, class Exchange>
-int exchangeSlot(CArchive& ar, std::unique_ptr<T>& slot, std::string_view name, const char* noMemory, Exchange exchange)
-{
-    if (!exchangeGuard(ar, slot != nullptr, name))
-        return 1;
-    if (ar.IsLoading()) {
-        slot = tryNew<T>();
-        if (slot == nullptr)
-            return *noMemory != '\0' ? fail(noMemory) : 0;
-    }
-    return exchange(*slot);
 }
 
 } // namespace
@@ -107,11 +92,9 @@ int CMDTrial9FileB::serializezk20190609(CArchive& ar)
 
 int CMDTrial9FileB::serializezk20190730(CArchive& ar)
 {
-    return told(_01serializeTralBasic(ar) && _02serializeTralChnls(ar) && _03serializeTrialVlmSrc01(ar) &&
-                _03serializeTrialVlmSrcCoh02(ar) && _04serializeTrialSpctms(ar) && _05serializeTrigMarks(ar) &&
-                _06serializeTrialHeadLocation(ar) && _07serializeCoherence(ar) && _08serializeSpctmCCDataFace(ar) &&
-                _09serializeVirtWaveSpctmSrcCoh(ar) && _11serializeMontages(ar) && _12serializeIcaFace(ar) &&
-                _13serializeSeegProbe(ar) && m_waveResult.serialize(ar) && serializeResampling(ar));
+    return told(sections01To08(ar) && _09serializeVirtWaveSpctmSrcCoh(ar) && _11serializeMontages(ar) &&
+                _12serializeIcaFace(ar) && _13serializeSeegProbe(ar) && m_waveResult.serialize(ar) &&
+                serializeResampling(ar));
 }
 
 int CMDTrial9FileB::sections20080229(CArchive& ar)
@@ -137,10 +120,15 @@ int CMDTrial9FileB::sections20120228(CArchive& ar)
 
 int CMDTrial9FileB::sections20130212(CArchive& ar)
 {
+    return sections01To08(ar) && _09serializeVirtWaveSpctmSrcCoh_obsolete20190730(ar);
+}
+
+// The first sections since both halves of the third are there.
+int CMDTrial9FileB::sections01To08(CArchive& ar)
+{
     return _01serializeTralBasic(ar) && _02serializeTralChnls(ar) && _03serializeTrialVlmSrc01(ar) &&
            _03serializeTrialVlmSrcCoh02(ar) && _04serializeTrialSpctms(ar) && _05serializeTrigMarks(ar) &&
-           _06serializeTrialHeadLocation(ar) && _07serializeCoherence(ar) && _08serializeSpctmCCDataFace(ar) &&
-           _09serializeVirtWaveSpctmSrcCoh_obsolete20190730(ar);
+           _06serializeTrialHeadLocation(ar) && _07serializeCoherence(ar) && _08serializeSpctmCCDataFace(ar);
 }
 
 int CMDTrial9FileB::sections20160704(CArchive& ar)

@@ -48,7 +48,7 @@ private:
     int sections20160704(CArchive& ar);
     int sections20161110(CArchive& ar);
     int sections20161122(CArchive& ar);
-    int sections02To08(CArchive& ar);
+    int sections01To08(CArchive& ar);
 
     int _01serializeTralBasic(CArchive& ar);
     int _02serializeTralChnls(CArchive& ar);
