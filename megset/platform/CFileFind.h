@@ -8,7 +8,7 @@ namespace megset {
 class CFileFind
 {
 public:
-    /// Whether `path` is there; a path that ends with a backslash names nothing. The result is then asked for below. A path with a separator at its end finds nothing.
+    /// Whether `path` is there; a path that ends with a separator names nothing. The result is then asked for below.
     bool FindFile(const CString& path);
 
     /// The full path of what was found, its name, its name without the extension; empty before a find.
