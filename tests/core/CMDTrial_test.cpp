@@ -1,8 +1,6 @@
 #include "megset/core/CMDTrialzk.h"
 
 #include "tests/core/filedDataset.h"
-#include "tests/kit/FailingAllocator.h"
-#include "tests/kit/ScriptedHost.h"
 
 #include <limits>
 #include <utility>
@@ -13,9 +11,7 @@
 namespace megset {
 namespace {
 
-using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 // Three channels of 4 samples named "MLC11-100", "MRO22-100", "EEG001".
 class Trial : public ::testing::Test

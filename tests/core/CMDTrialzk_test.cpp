@@ -12,8 +12,6 @@
 namespace megset {
 namespace {
 
-using ::testing::Contains;
-using ::testing::Each;
 using ::testing::ElementsAre;
 
 // ---- making channels

@@ -5,7 +5,6 @@
 #include "tests/kit/ScriptedHost.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <random>
 

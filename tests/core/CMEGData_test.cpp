@@ -7,7 +7,6 @@
 #include "tests/kit/ScriptedHost.h"
 
 #include <array>
-#include <cmath>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +15,6 @@ namespace megset {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 std::vector<std::int32_t> blockOf(int trials, int channels, int samples)
 {

@@ -10,7 +10,6 @@
 namespace megset {
 namespace {
 
-using ::testing::Each;
 using ::testing::ElementsAre;
 
 std::vector<int> flags(const std::unique_ptr<int[]>& array, int count)
