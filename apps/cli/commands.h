@@ -11,4 +11,7 @@ namespace megset::cli {
 /// `--version`: library version, compiler and processor path, a line each.
 void addVersion(CLI::App& program);
 
+/// `inspect FILE`: the records and fields of a file as a tree, and where a broken file ends making sense.
+void addInspect(CLI::App& program);
+
 } // namespace megset::cli

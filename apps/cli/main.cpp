@@ -15,6 +15,7 @@ enum ExitCode
 void addCommands(CLI::App& program)
 {
     megset::cli::addVersion(program);
+    megset::cli::addInspect(program);
 }
 
 int runCommand(CLI::App& program, int argc, char** argv)

@@ -143,12 +143,18 @@ int CMDChannel9File::serialize_20200801(CArchive& ar)
 // Who the channel is: list place, place on the plane, carried values, names, range of values, labels.
 int CMDChannel9File::_01serializeChnlInfo(CArchive& ar)
 {
-    return _01serializeChnlInfo_obsolete20190609(ar) && serializeRangeAndLabels(ar);
+    const ArchiveSection section(ar, "_01serializeChnlInfo");
+    return exchangeIdentity(ar) && serializeRangeAndLabels(ar);
 }
 
 int CMDChannel9File::_01serializeChnlInfo_obsolete20190609(CArchive& ar)
 {
-    const ArchiveSection section(ar, "_01serializeChnlInfo");
+    const ArchiveSection section(ar, "_01serializeChnlInfo_obsolete20190609");
+    return exchangeIdentity(ar);
+}
+
+int CMDChannel9File::exchangeIdentity(CArchive& ar)
+{
     EXCHANGE_FIELDS(ar, m_nMegListID, m_dChnlParamA, m_dSns2dX, m_dSns2dY, m_nChnlParamE, m_nChnlParamD, m_nChnlParamF,
                     m_nChnlParamG, m_nSnsGainApplied, m_nChnlParamH, m_nChnlParamI, m_dChnlParamJ, m_dChnlParamK,
                     m_dChnlParamL, m_strChannelName, m_strChannelNameRaw);

@@ -54,6 +54,7 @@ private:
     int serializeGeometryType(CArchive& ar);
     int serializeGeometryRecord(CArchive& ar, std::span<const int> knownTypes);
     int serializeBalance(CArchive& ar);
+    int exchangeIdentity(CArchive& ar);
     int exchangeRange(CArchive& ar);
     int exchangeSamples(CArchive& ar, SampleArray& samples, std::int64_t count, const char* name);
 

@@ -8,6 +8,15 @@ namespace megset {
 
 class CString;
 
+/// A block of an archive: an array as it stands in memory.
+struct TracedBlock
+{
+    std::uint64_t bytes = 0;      ///< that it takes
+    std::uint64_t done = 0;       ///< of these, that were there
+    const void* data = nullptr;   ///< the bytes that were there
+    std::string_view elementType; ///< named as the types of fields are; empty where the code gives none
+};
+
 /// Told of every field of an archive, in order, with its offset from where the archive began.
 /// Values of a broken file arrive here as they stand.
 class ArchiveTracer
@@ -26,8 +35,7 @@ public:
     virtual void integer(std::string_view name, std::string_view type, std::uint64_t offset, std::int64_t value) = 0;
     virtual void real(std::string_view name, std::string_view type, std::uint64_t offset, double value) = 0;
     virtual void text(std::string_view name, std::uint64_t offset, const CString& value) = 0;
-    /// A block of `bytes` bytes, of which `done` were there.
-    virtual void block(std::string_view name, std::uint64_t offset, std::uint64_t bytes, std::uint64_t done) = 0;
+    virtual void block(std::string_view name, std::uint64_t offset, const TracedBlock& block) = 0;
 };
 
 } // namespace megset

@@ -106,7 +106,7 @@ unsigned CArchive::Read(void* data, unsigned count)
         done += rest;
     }
     if (m_pTracer != nullptr)
-        withFieldName([&](std::string_view name) { m_pTracer->block(name, start, count, done); });
+        traceBlock(start, {count, done, data, m_blockType});
     return done;
 }
 
@@ -114,7 +114,7 @@ void CArchive::Write(const void* data, unsigned count)
 {
     requireStoring();
     if (m_pTracer != nullptr)
-        withFieldName([&](std::string_view name) { m_pTracer->block(name, position(), count, count); });
+        traceBlock(position(), {count, count, data, m_blockType});
     if (count == 0)
         return;
     if (m_at + count > bufferSize)
@@ -181,9 +181,10 @@ std::int64_t CArchive::exchangeInt64(std::int64_t value, std::string_view name)
     return value;
 }
 
-unsigned CArchive::exchangeBlock(void* data, unsigned count, std::string_view name)
+unsigned CArchive::exchangeBlock(void* data, unsigned count, std::string_view name, std::string_view elementType)
 {
     const Restored outer(m_names, name);
+    const Restored outerType(m_blockType, elementType);
     unsigned done = count;
     if (IsStoring()) {
         Write(data, count);
@@ -200,19 +201,19 @@ void CArchive::setTracer(ArchiveTracer* tracer)
     m_pTracer = tracer;
 }
 
-void CArchive::traceReal(double value, std::size_t size)
+void CArchive::traceReal(double value, std::string_view type)
 {
-    const std::string_view type = size == sizeof(float) ? "float" : "double";
     withFieldName([&](std::string_view name) { m_pTracer->real(name, type, position(), value); });
 }
 
-void CArchive::traceInteger(std::int64_t value, std::size_t size, bool isSigned)
+void CArchive::traceInteger(std::int64_t value, std::string_view type)
 {
-    const std::string_view type = size == 8   ? (isSigned ? "int64" : "uint64")
-                                  : size == 4 ? (isSigned ? "int" : "uint")
-                                  : size == 2 ? (isSigned ? "short" : "ushort")
-                                              : (isSigned ? "char" : "byte");
     withFieldName([&](std::string_view name) { m_pTracer->integer(name, type, position(), value); });
+}
+
+void CArchive::traceBlock(std::uint64_t start, const TracedBlock& block)
+{
+    withFieldName([&](std::string_view name) { m_pTracer->block(name, start, block); });
 }
 
 // Gives `tell` the name of the field at hand.

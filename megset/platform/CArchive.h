@@ -24,6 +24,22 @@ static_assert(sizeof(float) == 4 && sizeof(double) == 8, "IEEE 754 widths");
 template <class T>
 concept ArchiveScalar = (std::integral<T> || std::same_as<T, float> || std::same_as<T, double>)&&!std::same_as<T, bool>;
 
+/// How a tracer is told the type of such a field.
+template <ArchiveScalar T>
+constexpr std::string_view archiveTypeName()
+{
+    if constexpr (std::floating_point<T>)
+        return sizeof(T) == 4 ? "float" : "double";
+    else if constexpr (sizeof(T) == 8)
+        return std::signed_integral<T> ? "int64" : "uint64";
+    else if constexpr (sizeof(T) == 4)
+        return std::signed_integral<T> ? "int" : "uint";
+    else if constexpr (sizeof(T) == 2)
+        return std::signed_integral<T> ? "short" : "ushort";
+    else
+        return std::signed_integral<T> ? "char" : "byte";
+}
+
 /// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks go past the buffer.
 ///
 /// Running out of file raises CArchiveException::endOfFile; a store on a loading archive readOnly, a load on a storing
@@ -109,8 +125,9 @@ public:
     std::int32_t exchangeInt(std::int32_t value, std::string_view name = {});
     std::int64_t exchangeInt64(std::int64_t value, std::string_view name = {});
 
-    /// A block under a name: writes it, or reads it and gives the bytes read. What was not read is set to zero.
-    unsigned exchangeBlock(void* data, unsigned count, std::string_view name = {});
+    /// A block under a name: writes it, or reads it and gives the bytes read. What was not read is set to zero. The
+    /// type of its elements is for a tracer.
+    unsigned exchangeBlock(void* data, unsigned count, std::string_view name = {}, std::string_view elementType = {});
 
     /// From now on every field is told to `tracer`; null ends that.
     void setTracer(ArchiveTracer* tracer);
@@ -202,12 +219,13 @@ private:
     void trace(T value)
     {
         if constexpr (std::floating_point<T>)
-            traceReal(static_cast<double>(value), sizeof(T));
+            traceReal(static_cast<double>(value), archiveTypeName<T>());
         else
-            traceInteger(static_cast<std::int64_t>(value), sizeof(T), std::signed_integral<T>);
+            traceInteger(static_cast<std::int64_t>(value), archiveTypeName<T>());
     }
-    void traceReal(double value, std::size_t size);
-    void traceInteger(std::int64_t value, std::size_t size, bool isSigned);
+    void traceReal(double value, std::string_view type);
+    void traceInteger(std::int64_t value, std::string_view type);
+    void traceBlock(std::uint64_t start, const TracedBlock& block);
     template <class Tell>
     void withFieldName(Tell tell);
     void dropName();
@@ -239,8 +257,9 @@ private:
     std::uint64_t m_bufferOffset = 0;      // of the buffer's first byte, from where the archive began
     std::uint64_t m_bytesBehindBuffer = 0; // of the file, when loading
 
-    std::string_view m_names; // of the fields still to come in this list
-    int m_element = -1;       // of the array that is being exchanged
+    std::string_view m_names;     // of the fields still to come in this list
+    int m_element = -1;           // of the array that is being exchanged
+    std::string_view m_blockType; // of the elements of the block that is being exchanged
     std::array<std::byte, bufferSize> m_buffer;
 };
 

@@ -49,7 +49,7 @@ BlockResult exchangeGuardedBlock(CArchive& ar, Array& array, std::int64_t count,
     if (ar.IsStoring()) {
         if (!exchangeGuard(ar, array != nullptr))
             return BlockResult::absent;
-        ar.exchangeBlock(array.get(), bytes, name);
+        ar.exchangeBlock(array.get(), bytes, name, archiveTypeName<Element>());
         return BlockResult::complete;
     }
     array.reset();
@@ -61,7 +61,7 @@ BlockResult exchangeGuardedBlock(CArchive& ar, Array& array, std::int64_t count,
         array = allocate(count);
     if (array == nullptr)
         return BlockResult::noMemory;
-    const std::uint32_t done = ar.exchangeBlock(array.get(), bytes, name);
+    const std::uint32_t done = ar.exchangeBlock(array.get(), bytes, name, archiveTypeName<Element>());
     return done == bytes ? BlockResult::complete : done == 0 ? BlockResult::empty : BlockResult::partial;
 }
 

@@ -108,6 +108,7 @@ void CSpctmChnl09File::exchangeBkHeader(CArchive& ar)
 // The oldest form: each row behind a guard.
 int CSpctmChnl09File::_01serializeSpctmData(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeHeader(ar);
     for (const std::string_view noMemoryText : {noMemoryR, noMemoryOther, noMemoryOther})
         dropAsFarAsItGoes(ar, m_nTimePt, m_nFreqPt, noMemoryText);
@@ -116,6 +117,7 @@ int CSpctmChnl09File::_01serializeSpctmData(CArchive& ar)
 
 int CSpctmChnl09File::_02serializeSpctm2BkFile(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeBkHeader(ar);
     for (int plane = 0; plane < 3; ++plane)
         dropAsFarAsItGoes(ar, m_nBkTimePt, m_nBkFreqPt, noMemoryR);
@@ -125,12 +127,14 @@ int CSpctmChnl09File::_02serializeSpctm2BkFile(CArchive& ar)
 // Planes value by value.
 int CSpctmChnl09File::_01serializeSpctmData_New(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeHeader(ar);
     return dropDataPlanes(ar, dropPlaneOfValues, *this);
 }
 
 int CSpctmChnl09File::_02serializeSpctm2BkFile_new(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeBkHeader(ar);
     return dropBackupPlanes(ar, dropPlaneOfValues, *this);
 }
@@ -138,12 +142,14 @@ int CSpctmChnl09File::_02serializeSpctm2BkFile_new(CArchive& ar)
 // Planes row by row.
 int CSpctmChnl09File::_01serializeSpctmData_New2(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeHeader(ar);
     return dropDataPlanes(ar, dropPlaneOfRows, *this);
 }
 
 int CSpctmChnl09File::_02serializeSpctm2BkFile_new2(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeBkHeader(ar);
     return dropBackupPlanes(ar, dropPlaneOfRows, *this);
 }
@@ -151,6 +157,7 @@ int CSpctmChnl09File::_02serializeSpctm2BkFile_new2(CArchive& ar)
 // Planes as blocks, without A.
 int CSpctmChnl09File::_01serializeSpctmData_Fast_obsolete201906(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeHeader(ar);
     const std::int64_t count = planeCount(m_nTimePt, m_nFreqPt);
     const bool legal = m_nTimePt >= 1 && m_nFreqPt >= 1;
@@ -161,6 +168,7 @@ int CSpctmChnl09File::_01serializeSpctmData_Fast_obsolete201906(CArchive& ar)
 
 int CSpctmChnl09File::_02serializeSpctm2BkFile_Fast_obsolete201906(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeBkHeader(ar);
     const std::int64_t count = planeCount(m_nBkTimePt, m_nBkFreqPt);
     const bool legal = m_nBkTimePt >= 1; // as it is meant: the frequencies are not tested here
@@ -172,6 +180,7 @@ int CSpctmChnl09File::_02serializeSpctm2BkFile_Fast_obsolete201906(CArchive& ar)
 // What is written today: A behind the other planes.
 int CSpctmChnl09File::_01serializeSpctmData_Fast(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     if (!_01serializeSpctmData_Fast_obsolete201906(ar))
         return 0;
     const bool legal = m_nTimePt >= 1 && m_nFreqPt >= 1;
@@ -180,6 +189,7 @@ int CSpctmChnl09File::_01serializeSpctmData_Fast(CArchive& ar)
 
 int CSpctmChnl09File::_02serializeSpctm2BkFile_Fast(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     if (!_02serializeSpctm2BkFile_Fast_obsolete201906(ar))
         return 0;
     const bool legal = m_nBkTimePt >= 1;

@@ -57,6 +57,7 @@ int CSpctmTrial09File::serializeTrlSpctm20190609(CArchive& ar)
 
 int CSpctmTrial09File::_00serializeTralSpctmBasic_old(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     if (ar.IsLoading())
         _cleanAll();
     EXCHANGE_FIELDS(ar, m_nSpctmCmptType, m_nSpctmResultType, m_nSpctmNormState, m_nSpctmRix1, m_nTimePt, m_nFreqPt,
@@ -68,6 +69,7 @@ int CSpctmTrial09File::_00serializeTralSpctmBasic_old(CArchive& ar)
 
 int CSpctmTrial09File::_00serializeTralSpctmBasic_obsolete20190609(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeAxesAndSelection(ar);
     EXCHANGE_FIELDS(ar, m_nSpctmRix3, m_nSpctmRix4, m_nSpctmRix5, m_nSpctmParam3, m_nSpctmParam4, m_nSpctmParam5,
                     m_nSpctmParam6, m_nSpctmParam7, m_nSpctmParam8, m_nSpctmParam9);
@@ -76,6 +78,7 @@ int CSpctmTrial09File::_00serializeTralSpctmBasic_obsolete20190609(CArchive& ar)
 
 int CSpctmTrial09File::_00serializeTralSpctmBasic(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeAxesAndSelection(ar);
     EXCHANGE_FIELDS(ar, m_nSpctmParam3, m_nSpctmParam4, m_nSpctmParam5, m_nSpctmParam6, m_nSpctmParam7, m_nSpctmParam8,
                     m_nSpctmParam9, m_nSpctmRix3, m_nSpctmRix4, m_nSpctmRix5, m_nSpctmParam10);
@@ -90,6 +93,7 @@ int CSpctmTrial09File::_01serializeTralSpctmData_old(CArchive&)
 
 int CSpctmTrial09File::_01serializeTralSpctmData_obsolete201906(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     return _01serializeTralSpctmData_old(ar);
 }
 

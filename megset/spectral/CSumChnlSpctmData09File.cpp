@@ -48,6 +48,7 @@ void CSumChnlSpctmData09File::exchangeShape(CArchive& ar)
 // The oldest form: each row behind a guard. The planes are given up.
 int CSumChnlSpctmData09File::b00serialSumChnData(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeShape(ar);
     for (int plane = 0; plane < planes; ++plane)
         if (dropPlaneOfGuardedRows(ar, m_nTimePt, m_nFreqPt) == BlockResult::noMemory)
@@ -58,6 +59,7 @@ int CSumChnlSpctmData09File::b00serialSumChnData(CArchive& ar)
 // Planes value by value, which are given up.
 int CSumChnlSpctmData09File::b00serialSumChnData_New(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeShape(ar);
     for (int plane = 0; plane < planes; ++plane)
         if (dropPlaneOfValues(ar, m_nTimePt, m_nFreqPt) == BlockResult::noMemory)
@@ -67,6 +69,7 @@ int CSumChnlSpctmData09File::b00serialSumChnData_New(CArchive& ar)
 
 int CSumChnlSpctmData09File::b00serialSumChnData_Fast(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     exchangeShape(ar);
     const std::int64_t count = planeCount(m_nTimePt, m_nFreqPt);
     const auto exchange = [&](SampleArray& plane, std::string_view name) {
@@ -81,6 +84,7 @@ int CSumChnlSpctmData09File::b00serialSumChnData_Fast(CArchive& ar)
 // Statistics of the oldest form, without the three of the signs and the root mean square.
 int CSumChnlSpctmData09File::b01serialInfo(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     EXCHANGE_FIELDS(ar, m_nRangeValid, m_nChannels, m_dRangeMin, m_dRangeMean, m_dRangeMax, m_dAbsMax, m_dAbsMean,
                     m_dAbsMin, m_dReserved3, m_dReserved2, m_dReserved1);
     return 1;
@@ -88,6 +92,7 @@ int CSumChnlSpctmData09File::b01serialInfo(CArchive& ar)
 
 int CSumChnlSpctmData09File::b01serialInfo_New(CArchive& ar)
 {
+    const ArchiveSection section(ar, __func__);
     EXCHANGE_FIELDS(ar, m_nRangeValid, m_nChannels, m_dRangeMin, m_dRangeMean, m_dRangeMax, m_dRangePositive,
                     m_dRangeNegative, m_dRangeRms, m_dAbsMax, m_dAbsMean, m_dAbsMin, m_dReserved3, m_dReserved2,
                     m_dReserved1);

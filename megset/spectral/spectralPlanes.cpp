@@ -19,7 +19,7 @@ SampleArray dropBuffer(const CArchive& ar, std::int64_t rowElements, std::int64_
 bool dropRow(CArchive& ar, double* row, std::int64_t nFreqPt)
 {
     const std::uint32_t bytes = guardedBlockBytes(nFreqPt, sizeof(double));
-    return ar.exchangeBlock(row, bytes, "dropped") == bytes;
+    return ar.exchangeBlock(row, bytes, "dropped", archiveTypeName<double>()) == bytes;
 }
 
 } // namespace

@@ -49,12 +49,15 @@ void TracingRecorder::text(std::string_view name, std::uint64_t offset, const CS
     add(name, "text", offset, " = \"" + value.toUtf8() + "\"").text = value;
 }
 
-void TracingRecorder::block(std::string_view name, std::uint64_t offset, std::uint64_t bytes, std::uint64_t done)
+void TracingRecorder::block(std::string_view name, std::uint64_t offset, const TracedBlock& block)
 {
-    const std::string part = done < bytes ? std::to_string(done) + " of " : std::string();
-    TracedField& field = add(name, "block", offset, " " + part + std::to_string(bytes));
-    field.bytes = bytes;
-    field.done = done;
+    const std::string part = block.done < block.bytes ? std::to_string(block.done) + " of " : std::string();
+    TracedField& field = add(name, "block", offset, " " + part + std::to_string(block.bytes));
+    field.bytes = block.bytes;
+    field.done = block.done;
+    field.elementType = block.elementType;
+    const auto* const data = static_cast<const std::byte*>(block.data);
+    field.data.assign(data, data + block.done);
 }
 
 TracedField& TracingRecorder::add(std::string_view name, std::string_view type, std::uint64_t offset,
@@ -68,7 +71,8 @@ TracedField& TracingRecorder::add(std::string_view name, std::string_view type, 
         if (!part.empty())
             line.append(" ").append(part);
     m_lines.push_back(line + shown);
-    return m_fields.emplace_back(TracedField{section, std::string(name), std::string(type), offset, 0, 0, {}, 0, 0});
+    return m_fields.emplace_back(
+        TracedField{section, std::string(name), std::string(type), offset, 0, 0, {}, 0, 0, {}, {}});
 }
 
 } // namespace megset

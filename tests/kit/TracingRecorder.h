@@ -3,6 +3,7 @@
 #include "megset/platform/ArchiveTracer.h"
 #include "megset/platform/CString.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ struct TracedField
     CString text;
     std::uint64_t bytes = 0; ///< of a block
     std::uint64_t done = 0;  ///< bytes of a block that were there
+    std::vector<std::byte> data;
+    std::string elementType;
 };
 
 /// Collects what an archive tells while it reads or writes.
@@ -41,7 +44,7 @@ public:
     void integer(std::string_view name, std::string_view type, std::uint64_t offset, std::int64_t value) override;
     void real(std::string_view name, std::string_view type, std::uint64_t offset, double value) override;
     void text(std::string_view name, std::uint64_t offset, const CString& value) override;
-    void block(std::string_view name, std::uint64_t offset, std::uint64_t bytes, std::uint64_t done) override;
+    void block(std::string_view name, std::uint64_t offset, const TracedBlock& block) override;
 
 private:
     TracedField& add(std::string_view name, std::string_view type, std::uint64_t offset, const std::string& shown);

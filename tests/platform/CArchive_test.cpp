@@ -943,6 +943,28 @@ TEST(CArchiveTracing, BlocksTellTheirNameAndWhatWasThere)
     EXPECT_EQ(recorder.fields()[1].bytes, 16U);
 }
 
+TEST(CArchiveTracing, BlocksTellTheirElementsInBothDirections)
+{
+    TracingRecorder stored, loaded;
+    std::array<double, 2> values = {1.5, -2};
+    const auto bytes = storedBytes([&](CArchive& ar) {
+        ar.setTracer(&stored);
+        ar.exchangeBlock(values.data(), 16, "wave", archiveTypeName<double>());
+        ar.exchangeBlock(values.data(), 8, "plain");
+    });
+    LoadingArchive archive{std::span(bytes).first(20)};
+    archive->setTracer(&loaded);
+    archive->exchangeBlock(values.data(), 16, "wave", archiveTypeName<double>());
+    archive->exchangeBlock(values.data(), 8, "plain");
+    for (const TracingRecorder* recorder : {&stored, &loaded}) {
+        EXPECT_EQ(recorder->fields()[0].elementType, "double");
+        EXPECT_TRUE(sameBytes(recorder->fields()[0].data, ByteBuilder().doubles({1.5, -2})));
+        EXPECT_EQ(recorder->fields()[1].elementType, "");
+    }
+    EXPECT_EQ(stored.fields()[1].data.size(), 8U);
+    EXPECT_EQ(loaded.fields()[1].data.size(), 4U);
+}
+
 TEST(CArchiveTracing, SectionsNestAndEndWhenAnExceptionPasses)
 {
     TracingRecorder recorder;

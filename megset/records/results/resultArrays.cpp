@@ -25,7 +25,7 @@ void exchangeArray(CArchive& ar, std::vector<T>& values, std::string_view name)
     std::uint64_t left = values.size() * sizeof(T);
     do {
         const auto part = static_cast<unsigned>(std::min(left, partBytes));
-        if (ar.exchangeBlock(data, part, name) != part)
+        if (ar.exchangeBlock(data, part, name, archiveTypeName<T>()) != part)
             AfxThrowArchiveException(CArchiveException::endOfFile);
         data += part;
         left -= part;
