@@ -28,9 +28,11 @@ endfunction()
 # For programs and tests, of which compile time matters more than run time outside release builds. The fuzz preset builds
 # them only to show that clang takes them.
 function(megset_target_compiles_quickly target)
-  target_compile_options(${target} PRIVATE "$<$<CONFIG:RelWithDebInfo>:-O1;-g1>")
+  target_compile_options(${target} PRIVATE "$<$<NOT:$<CONFIG:Release>>:-O0;-g1>")
   if(MEGSET_BUILD_FUZZ)
-    target_compile_options(${target} PRIVATE -O0 -fno-sanitize=all)
+    target_compile_options(${target} PRIVATE -fno-sanitize=all)
+  elseif(MEGSET_SANITIZE)
+    target_compile_options(${target} PRIVATE -fno-sanitize=undefined)
   endif()
 endfunction()
 
