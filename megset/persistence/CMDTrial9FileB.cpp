@@ -157,11 +157,7 @@ int CMDTrial9FileB::_01serializeTralBasic(CArchive& ar)
     EXCHANGE_FIELDS(ar, m_nTrialReservedA, m_nGoodTrial, m_nMegPlaneDone, unusedA, unusedB, m_nTrialReservedB,
                     m_nTrialReservedC, m_strTrialName, m_strTrialFilePath, m_nVirtualTrial, m_nTrialKind,
                     m_nTrialIndex);
-    CContourMap2DInfozk& map = m_megContour;
-    ar.exchangeNamed("m_dXmin, m_dXmax, m_dYmin, m_dYmax, m_dZmin, m_dZmax, m_dPlaneXmin, m_dPlaneXmax, m_dPlaneYmin, "
-                     "m_dPlaneYmax, m_dPlaneScale",
-                     map.m_dXmin, map.m_dXmax, map.m_dYmin, map.m_dYmax, map.m_dZmin, map.m_dZmax, map.m_dPlaneXmin,
-                     map.m_dPlaneXmax, map.m_dPlaneYmin, map.m_dPlaneYmax, map.m_dPlaneScale);
+    m_megContour.exchangeExtents(ar);
     return 1;
 }
 
@@ -447,9 +443,12 @@ bool CMDTrial9FileB::openForSaving(CFile& file, CString& path) const
         CString::formatted("File save error:%s %d, would you like to save as a new file?", path, exception.m_cause);
     if (AfxMessageBox(question, MB_YESNO) != IDYES)
         return false;
+    // No title is suggested where one of the three parts does not fit.
+    CString directory;
     CString title;
+    CString extension;
     constexpr std::size_t longestPart = 256;
-    _wsplitpath_s(path, nullptr, 0, nullptr, 0, &title, longestPart, nullptr, 0);
+    _wsplitpath_s(path, nullptr, 0, &directory, longestPart, &title, longestPart, &extension, longestPart);
     static FileDialogMemory memory;
     CFileDialog dialog(false, "trl", title, OFN_OVERWRITEPROMPT, "MEG trial files (*.trl)|*.trl|All Files (*.*)|*.*||");
     dialog.remember(memory);
