@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <span>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -167,6 +168,23 @@ void expectTagAndVersionChecked(const std::string& tag, const std::vector<std::b
     EXPECT_TRUE(sameBytes(spectrumBytes(narrow), bytes));
 }
 
+/// The fields with the steps of a routine left out of their sections: a page shows a record's fields in one table.
+inline std::vector<TracedField> withoutSteps(std::vector<TracedField> fields)
+{
+    const auto isStep = [](const std::string& section) {
+        return std::any_of(section.begin(), section.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    };
+    for (TracedField& field : fields) {
+        std::stringstream path(field.section);
+        std::string records;
+        for (std::string section; std::getline(path, section, '/');)
+            if (!isStep(section))
+                records += (records.empty() ? "" : "/") + section;
+        field.section = records;
+    }
+    return fields;
+}
+
 /// What the archive goes through when the record is written is what the page says.
 template <class Spectrum>
 void expectPageFollowed(Spectrum& spectrum, std::string_view name)
@@ -176,7 +194,7 @@ void expectPageFollowed(Spectrum& spectrum, std::string_view name)
     TracingRecorder recorder;
     archive.setTracer(&recorder);
     ASSERT_EQ(serializeSpectrum(spectrum, archive), 1);
-    EXPECT_TRUE(followsLayoutPage(formatPages() / "spectra.md", name, recorder.fields()));
+    EXPECT_TRUE(followsLayoutPage(formatPages() / "spectra.md", name, withoutSteps(recorder.fields())));
 }
 
 } // namespace megset
