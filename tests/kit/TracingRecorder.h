@@ -22,8 +22,8 @@ struct TracedField
     CString text;
     std::uint64_t bytes = 0; ///< of a block
     std::uint64_t done = 0;  ///< bytes of a block that were there
-    std::vector<std::byte> data;
-    std::string elementType;
+    std::vector<std::byte> data = {};
+    std::string elementType = {};
 };
 
 /// Collects what an archive tells while it reads or writes.
