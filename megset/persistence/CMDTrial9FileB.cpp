@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace megset {
 namespace {
@@ -304,7 +305,7 @@ int CMDTrial9FileB::_09serializeVirtWaveSpctmSrcCoh_obsolete20190730(CArchive& a
         auto wave = tryNew<CFaceVirtChnlWavezk>();
         if (wave == nullptr || !wave->serializezk(ar))
             return 0;
-        m_pkgVirtWave.addFaceVirtChnlWave(wave.release());
+        m_pkgVirtWave.addFaceVirtChnlWave(std::move(wave));
     }
     return serializeVirtSpctmSrcCoh(ar);
 }

@@ -208,6 +208,18 @@ TEST_F(BrokenTrialFile, AChannelThatFailsEndsTheLoadWithoutTheArray)
     expectUsable(trial);
 }
 
+TEST_F(BrokenTrialFile, ChannelsOfAFileThatEndsAmongThemAreNotKept)
+{
+    const ByteBuilder channel = channelRecord::record(channelRecord::newest);
+    ByteBuilder bytes = header(newest);
+    bytes.append(basic(1)).i32(0).i32(2).i32(1).i32(1).append(channel).i32(1);
+    CMDTrialzk trial;
+    fill(trial, 2);
+    EXPECT_THROW(load(trial, bytes), CArchiveException);
+    EXPECT_EQ(trial.m_ppChannel, nullptr);
+    expectUsable(trial);
+}
+
 TEST_F(BrokenTrialFile, RecordsWhoseAnswerIsIgnoredLeaveTheirObjectAndTheLoadGoesOn)
 {
     const char* spectrumText = "The opened file is not trial data or corrupted!";
@@ -350,6 +362,7 @@ TEST_F(BrokenTrialFile, WithoutMemoryForAChannelTheSectionCountsAsDoneAndTheStre
     EXPECT_THAT(host.messages(), ElementsAre(CString("Not enough memory?")));
     EXPECT_EQ(trial.getTotalChannel(), 4);
     EXPECT_EQ(trial.getChannel(1), nullptr);
+    ASSERT_NE(trial.m_pVolumeSrc, nullptr);
     EXPECT_EQ(*trial.m_pVolumeSrc, volumeSource(1));
     EXPECT_EQ(trial.m_nTrialResampleStep, (std::int64_t{1} << 42) + 1071);
 }
