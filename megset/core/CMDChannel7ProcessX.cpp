@@ -85,13 +85,13 @@ double CMDChannel7ProcessX::getCoilBaseLine() const
 
 int CMDChannel7ProcessX::hasSyntheticGradiometer() const
 {
-    const CMEGSensorzk* sensor = getMEGSensorzk();
+    const CMEGSensorzk* sensor = isMEGChannel() ? getMEGSensorzk() : nullptr;
     return sensor != nullptr && sensor->getGradOrderNo() >= 2 ? 1 : 0;
 }
 
 int CMDChannel7ProcessX::isAxialGrad() const
 {
-    const CMEGSensorzk* sensor = getMEGSensorzk();
+    const CMEGSensorzk* sensor = isMEGChannel() ? getMEGSensorzk() : nullptr;
     return sensor != nullptr && sensor->isAxialGrad() ? 1 : 0;
 }
 

@@ -303,15 +303,20 @@ TEST(ChannelGradiometer, WithoutASensorAllIsZero)
     EXPECT_EQ(channel.isAxialGrad(), 0);
 }
 
-TEST(ChannelGradiometer, ABaseLineNeedsAMegType)
+TEST(ChannelGradiometer, ItsQuestionsNeedAMegType)
 {
     CMDChannelzk channel;
     channel._initGeomHw(1);
     *channel.getMEGSensorzk() = gradiometer(true);
+    channel.getMEGSensorzk()->setGradOrderNo(3);
     channel.setChannelType(600);
     EXPECT_EQ(channel.getCoilBaseLine(), 0.0);
+    EXPECT_EQ(channel.isAxialGrad(), 0);
+    EXPECT_EQ(channel.hasSyntheticGradiometer(), 0);
     channel.setChannelType(10);
     EXPECT_EQ(channel.getCoilBaseLine(), 50.0);
+    EXPECT_EQ(channel.isAxialGrad(), 1);
+    EXPECT_EQ(channel.hasSyntheticGradiometer(), 1);
 }
 
 } // namespace

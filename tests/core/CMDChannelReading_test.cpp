@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <cmath>
+#include <initializer_list>
 #include <memory>
 #include <random>
 
@@ -363,7 +364,7 @@ TEST(ChannelReading, AReversedRangeHasOneSample)
 
 TEST(ChannelReading, StatisticsEqualThePlainLoopsInEveryBit)
 {
-    for (const std::size_t n : {1, 2, 3, 17, 300, 2500}) {
+    for (const std::size_t n : std::initializer_list<std::size_t>{1, 2, 3, 17, 300, 2500}) {
         const auto channel = channelOf(noise(n, static_cast<unsigned>(n)));
         forEachRange(*channel, [&](std::int64_t from, std::int64_t to) {
             const ChannelStatistics expected = referenceStatistics(*channel, from, to);
