@@ -1,5 +1,7 @@
 // What the archive costs: blocks against plain system calls, scalars in memory.
 
+#include "bench/benchFolder.h"
+
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CMemFile.h"
 #include "megset/platform/paths.h"
@@ -8,7 +10,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <string>
 #include <vector>
 
 #include <fcntl.h>
@@ -19,23 +20,6 @@ namespace {
 
 constexpr std::size_t blockBytes = 100'000'000;
 constexpr std::int64_t fieldCount = 1'000'000;
-
-// A folder that goes with the program; the benchmarks of one run share it.
-const std::filesystem::path& folder()
-{
-    struct Folder
-    {
-        Folder()
-        {
-            std::string name = (std::filesystem::temp_directory_path() / "megset_bench_XXXXXX").native();
-            path = ::mkdtemp(name.data());
-        }
-        ~Folder() { std::filesystem::remove_all(path); }
-        std::filesystem::path path;
-    };
-    static const Folder made;
-    return made.path;
-}
 
 std::vector<double>& samples()
 {
@@ -79,22 +63,22 @@ void writeArchive(const std::filesystem::path& path)
 void blockWritePlain(benchmark::State& state)
 {
     for (auto _ : state)
-        writePlain(folder() / "plain");
+        writePlain(benchFolder() / "plain");
     tellBytes(state);
 }
 
 void blockWriteArchive(benchmark::State& state)
 {
     for (auto _ : state)
-        writeArchive(folder() / "archive");
+        writeArchive(benchFolder() / "archive");
     tellBytes(state);
 }
 
 void blockReadPlain(benchmark::State& state)
 {
-    writePlain(folder() / "plain");
+    writePlain(benchFolder() / "plain");
     for (auto _ : state) {
-        const int file = ::open((folder() / "plain").c_str(), O_RDONLY);
+        const int file = ::open((benchFolder() / "plain").c_str(), O_RDONLY);
         for (std::size_t done = 0; done < blockBytes;) {
             const ssize_t got = ::read(file, reinterpret_cast<char*>(samples().data()) + done, blockBytes - done);
             if (got <= 0)
@@ -108,9 +92,9 @@ void blockReadPlain(benchmark::State& state)
 
 void blockReadArchive(benchmark::State& state)
 {
-    writeArchive(folder() / "archive");
+    writeArchive(benchFolder() / "archive");
     for (auto _ : state) {
-        CFile file(fromNative(folder() / "archive"), CFile::modeRead | CFile::shareExclusive);
+        CFile file(fromNative(benchFolder() / "archive"), CFile::modeRead | CFile::shareExclusive);
         CArchive archive(&file, CArchive::load);
         if (archive.Read(samples().data(), static_cast<unsigned>(blockBytes)) != blockBytes)
             state.SkipWithError("the block is not whole");

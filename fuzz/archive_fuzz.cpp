@@ -4,58 +4,24 @@
 // file. What a step reads must read back equal after it was written; only the exceptions of archives and files may
 // leave; and memory must stay in proportion to the input.
 
-#include "megset/platform/AfxMessageBox.h"
+#include "fuzz/harness.h"
+
 #include "megset/platform/CMemFile.h"
-#include "megset/platform/CUserHost.h"
 #include "megset/platform/archiveLists.h"
 #include "megset/platform/formatVersion.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <span>
 #include <type_traits>
 #include <vector>
 
 namespace megset {
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-// Nobody is there to read a message or to answer.
-class SilentHost : public CUserHost
-{
-public:
-    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDNO : IDOK; }
-    std::optional<FileChoice> chooseFile(const FileRequest&) override { return std::nullopt; }
-    void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
-    void setProgress(int, std::int64_t) override {}
-    void endProgress(int) override {}
-    int showReport(const CString&, const CString&) override { return 1; }
-    void beginWaitCursor() override {}
-    void endWaitCursor() override {}
-    void invalidate(CWnd&, bool) override {}
-};
-
-// What one input may take from the functions of memory.h: in proportion to its size, and little in any case.
-std::atomic<std::uint64_t> memoryLeft = 0;
-
-bool withinBudget(std::size_t bytes) noexcept
-{
-    require(bytes <= memoryLeft);
-    memoryLeft -= bytes;
-    return true;
-}
 
 template <class T>
 bool sameBits(const T& a, const T& b)
@@ -269,7 +235,7 @@ void run(std::span<const std::uint8_t> input)
     const std::size_t count = std::min<std::size_t>(input[0] % 32U, input.size() - 1);
     const auto kinds = input.subspan(1, count);
     CMemFile file(std::as_bytes(input.subspan(1 + count)));
-    memoryLeft = (std::uint64_t{64} << 20U) + 2 * input.size();
+    limitMemory(input.size());
     CArchive archive(&file, CArchive::load);
     try {
         for (const std::uint8_t kind : kinds)
@@ -285,9 +251,7 @@ void run(std::span<const std::uint8_t> input)
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    static megset::SilentHost host;
-    megset::AfxSetHost(&host);
-    megset::setAllocationHook(megset::withinBudget);
+    megset::beginFuzzing();
     return 0;
 }
 

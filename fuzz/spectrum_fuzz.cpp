@@ -4,39 +4,20 @@
 // trial's layout that stands ready. Whatever came of the load, the object must be storable, and its bytes must come
 // back as they are; only the exceptions of the archive may leave; and memory must stay in proportion to the input.
 
-#include "fuzz/SilentHost.h"
+#include "fuzz/harness.h"
 
 #include "megset/platform/CArchiveException.h"
 #include "megset/platform/CMemFile.h"
-#include "megset/platform/memory.h"
 #include "megset/records/display/SHOW_SHRINK_DATAF.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
-#include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
 namespace megset {
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-// What one input may take from the functions of memory.h: in proportion to its size, and little in any case.
-std::atomic<std::uint64_t> memoryLeft = 0;
-
-bool withinBudget(std::size_t bytes) noexcept
-{
-    require(bytes <= memoryLeft);
-    memoryLeft -= bytes;
-    return true;
-}
 
 struct Ready : CSpctmTrialzk
 {
@@ -136,7 +117,7 @@ void run(std::span<const std::uint8_t> input)
         run<CSpctmChnlzk>, run<CSpctmTrialzk>, run<CSumChnlSpctmDatazk>, run<SHOW_SHRINK_DATAF>, run<Ready>};
     if (input.empty())
         return;
-    memoryLeft = (std::uint64_t{128} << 20U) + 64 * input.size();
+    limitMemory(input.size(), 64, 128);
     runs[input[0] % std::size(runs)](input.subspan(1));
 }
 
@@ -145,9 +126,7 @@ void run(std::span<const std::uint8_t> input)
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    static megset::SilentHost host;
-    megset::AfxSetHost(&host);
-    megset::setAllocationHook(megset::withinBudget);
+    megset::beginFuzzing();
     return 0;
 }
 

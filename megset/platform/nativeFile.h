@@ -54,6 +54,7 @@ public:
 
 private:
     FileFault lock(FileSharing sharing, bool writing);
+    FileFault empty();
 
     int m_handle = -1;
 };

@@ -101,11 +101,19 @@ FileFault NativeFile::open(const std::filesystem::path& path, const FileOpening&
         result = {CFileException::invalidFile, 0};
     if (!result)
         result = lock(opening.sharing, opening.write);
-    if (!result && opening.create && opening.truncate && S_ISREG(status.st_mode) && ::ftruncate(m_handle, 0) != 0)
-        result = lastFault();
+    if (!result && opening.create && opening.truncate && S_ISREG(status.st_mode))
+        result = empty();
     if (result)
         close();
     return result;
+}
+
+// A file that was emptied is written to the disk when it is closed on some file systems; a new one needn't wait for it.
+FileFault NativeFile::empty()
+{
+    std::uint64_t bytes = 0;
+    const FileFault result = length(bytes);
+    return result || bytes == 0 ? result : setLength(0);
 }
 
 // The lock goes with the open file, so that two files of one program exclude each other as well.

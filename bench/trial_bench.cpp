@@ -1,0 +1,310 @@
+// What saving and opening a trial costs beside plain system calls over as many bytes, in time and in memory, and what
+// the buffer for drawing costs beside reading the samples once.
+//
+// Each iteration measures both, one right after the other; `ratio` is the median of plain time over megset's time, 1
+// being as fast as plain, and `cpu_ratio` the same in processor time, which tells more on a machine with other work.
+
+#include "bench/benchFolder.h"
+
+#include "megset/core/CMDChannelzk.h"
+#include "megset/core/CMDTrialzk.h"
+#include "megset/platform/memory.h"
+#include "megset/platform/paths.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <malloc.h>
+#include <time.h> // NOLINT(modernize-deprecated-headers): clock_gettime is POSIX
+#include <unistd.h>
+
+namespace megset {
+namespace {
+
+struct Shape
+{
+    int channels;
+    std::int64_t samples;
+
+    std::size_t bytes() const // working and backup samples
+    {
+        return static_cast<std::size_t>(channels) * static_cast<std::size_t>(samples) * 2 * sizeof(double);
+    }
+};
+
+constexpr Shape large = {300, 72'000}; // 346 MB
+constexpr Shape small = {356, 1'200};  // 6.8 MB
+
+std::unique_ptr<CMDTrialzk> madeTrial(const Shape& shape)
+{
+    auto trial = std::make_unique<CMDTrialzk>();
+    trial->allocateChannels(shape.channels);
+    std::vector<double> wave(static_cast<std::size_t>(shape.samples));
+    for (std::size_t i = 0; i < wave.size(); ++i)
+        wave[i] = static_cast<double>(i % 1000);
+    for (int channel = 0; channel < shape.channels; ++channel)
+        trial->getChannel(channel)->addData(shape.samples, wave.data());
+    return trial;
+}
+
+// ---- the library
+
+CString trialPath()
+{
+    return fromNative(benchFolder() / "a.trl");
+}
+
+void save(CMDTrialzk& trial)
+{
+    CString path = trialPath();
+    if (!trial.saveTrialData(path, nullptr, {}, true))
+        std::abort();
+}
+
+std::unique_ptr<CMDTrialzk> opened()
+{
+    auto trial = std::make_unique<CMDTrialzk>();
+    CString path = trialPath();
+    if (!trial->openTrialData(path, nullptr, {}))
+        std::abort();
+    return trial;
+}
+
+// ---- plain system calls
+
+std::filesystem::path plainPath()
+{
+    return benchFolder() / "plain";
+}
+
+template <class Transfer>
+void plain(int flags, std::vector<char>& data, Transfer transfer)
+{
+    const int file = ::open(plainPath().c_str(), flags, 0666);
+    for (std::size_t done = 0; done < data.size();) {
+        const ssize_t moved = transfer(file, data.data() + done, data.size() - done);
+        if (moved <= 0)
+            std::abort();
+        done += static_cast<std::size_t>(moved);
+    }
+    ::close(file);
+}
+
+void plainWrite(std::vector<char>& data)
+{
+    plain(O_WRONLY | O_CREAT | O_TRUNC, data, ::write);
+}
+
+void plainRead(std::vector<char>& data)
+{
+    plain(O_RDONLY, data, ::read);
+}
+
+// ---- measuring
+
+struct Seconds
+{
+    double wall = 0.0;
+    double processor = 0.0; ///< of this process, the system's work for it included
+};
+
+double clockSeconds(clockid_t clock)
+{
+    timespec now = {};
+    ::clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+template <class Work>
+Seconds secondsOf(Work work)
+{
+    const double wall = clockSeconds(CLOCK_MONOTONIC);
+    const double processor = clockSeconds(CLOCK_PROCESS_CPUTIME_ID);
+    work();
+    return {clockSeconds(CLOCK_MONOTONIC) - wall, clockSeconds(CLOCK_PROCESS_CPUTIME_ID) - processor};
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// The times of the plain way and of the library's, pair by pair. They take turns in going first, because what comes
+/// second may have to wait for the disk.
+class Comparison
+{
+public:
+    /// Gives the library's seconds.
+    template <class Plain, class Megset>
+    double measure(Plain plainWork, Megset megsetWork)
+    {
+        const bool plainFirst = m_ratio.size() % 2 == 0;
+        Seconds plainSeconds = plainFirst ? secondsOf(plainWork) : Seconds{};
+        const Seconds seconds = secondsOf(megsetWork);
+        if (!plainFirst)
+            plainSeconds = secondsOf(plainWork);
+        m_plain.push_back(plainSeconds.wall);
+        m_megset.push_back(seconds.wall);
+        m_ratio.push_back(plainSeconds.wall / seconds.wall);
+        m_processorRatio.push_back(plainSeconds.processor / seconds.processor);
+        return seconds.wall;
+    }
+    void tell(benchmark::State& state) const
+    {
+        state.counters["plain_ms"] = 1e3 * median(m_plain);
+        state.counters["megset_ms"] = 1e3 * median(m_megset);
+        state.counters["ratio"] = median(m_ratio);
+        state.counters["cpu_ratio"] = median(m_processorRatio);
+    }
+
+private:
+    std::vector<double> m_plain;
+    std::vector<double> m_megset;
+    std::vector<double> m_ratio;
+    std::vector<double> m_processorRatio;
+};
+
+void removeFiles()
+{
+    std::filesystem::remove(plainPath());
+    std::filesystem::remove(toNative(trialPath()));
+}
+
+/// Both write a new file.
+void SaveTrial(benchmark::State& state, const Shape& shape)
+{
+    const auto trial = madeTrial(shape);
+    std::vector<char> data(shape.bytes(), 1);
+    Comparison comparison;
+    for (auto _ : state) {
+        removeFiles();
+        state.SetIterationTime(comparison.measure([&] { plainWrite(data); }, [&] { save(*trial); }));
+    }
+    comparison.tell(state);
+}
+
+/// Both read into memory that was in use before: the trial that left made room for the one that comes.
+void OpenTrial(benchmark::State& state, const Shape& shape)
+{
+    auto trial = madeTrial(shape);
+    std::vector<char> data(shape.bytes(), 1);
+    save(*trial);
+    plainWrite(data);
+    Comparison comparison;
+    for (auto _ : state) {
+        trial.reset();
+        state.SetIterationTime(comparison.measure([&] { plainRead(data); }, [&] { trial = opened(); }));
+    }
+    comparison.tell(state);
+}
+
+/// Leaving a trial and coming to the next: one is saved and freed, the other is read.
+void ChangeTrial(benchmark::State& state, const Shape& shape)
+{
+    auto trial = madeTrial(shape);
+    std::vector<char> data(shape.bytes(), 1);
+    Comparison comparison;
+    for (auto _ : state) {
+        removeFiles();
+        const auto plainWork = [&] {
+            plainWrite(data);
+            plainRead(data);
+        };
+        const auto megsetWork = [&] {
+            save(*trial);
+            trial.reset();
+            trial = opened();
+        };
+        state.SetIterationTime(comparison.measure(plainWork, megsetWork));
+    }
+    comparison.tell(state);
+}
+
+BENCHMARK_CAPTURE(SaveTrial, large, large)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(OpenTrial, large, large)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(SaveTrial, small, small)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(OpenTrial, small, small)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(ChangeTrial, small, small)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+// ---- memory
+
+/// A line of this process's state, in bytes; 0 without one.
+double statusBytes(const std::string& name)
+{
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word)
+        if (word == name + ":") {
+            double kilobytes = 0.0;
+            status >> kilobytes;
+            return 1024.0 * kilobytes;
+        }
+    return 0.0;
+}
+
+/// What the work takes at its peak beyond what is in use when it begins, in MB.
+template <class Work>
+double peakMegabytes(Work work)
+{
+    releaseIdleSampleMemory();
+    ::malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << 5; // the high-water mark comes down to what is in use
+    const double before = statusBytes("VmRSS");
+    work();
+    return (statusBytes("VmHWM") - before) / 1e6;
+}
+
+void PeakMemoryOfTrial(benchmark::State& state, const Shape& shape)
+{
+    for (auto _ : state) {
+        auto trial = madeTrial(shape);
+        state.counters["trial_MB"] = static_cast<double>(shape.bytes()) / 1e6;
+        state.counters["save_MB"] = peakMegabytes([&] { save(*trial); });
+        trial.reset();
+        state.counters["open_MB"] = peakMegabytes([&] { trial = opened(); });
+    }
+}
+
+BENCHMARK_CAPTURE(PeakMemoryOfTrial, large, large)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+// ---- the buffer for drawing
+
+std::uint64_t readOnce(const CMDChannelzk& channel)
+{
+    const double* wave = channel.getDataWave();
+    std::uint64_t sum = 0; // of integers: the compiler may take many at once
+    for (std::int64_t i = 0; i < channel.getTotalSample(); ++i)
+        sum += std::bit_cast<std::uint64_t>(wave[i]);
+    return sum;
+}
+
+void ShrinkBuffer(benchmark::State& state)
+{
+    CMDChannelzk channel;
+    channel.initDataBk(10'000'000, 0, true);
+    for (std::int64_t i = 0; i < channel.getTotalSample(); ++i)
+        channel.m_pDataWave[static_cast<std::size_t>(i)] = static_cast<double>(i * 7919 % 20'011 - 10'000);
+    Comparison comparison;
+    for (auto _ : state) {
+        state.SetIterationTime(comparison.measure([&] { benchmark::DoNotOptimize(readOnce(channel)); },
+                                                  [&] { channel.checkInitBuf4FastDraw(0.01, 1); }));
+    }
+    if (channel.m_pShowShrink == nullptr || channel.m_pShowShrink->m_nBinCount != 100'000)
+        state.SkipWithError("the buffer was not built");
+    comparison.tell(state);
+}
+BENCHMARK(ShrinkBuffer)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+} // namespace
+} // namespace megset

@@ -1,0 +1,72 @@
+// Loads a trial from the input. What could be loaded is stored, loaded and stored again, and must be the same then; and
+// whatever came of the load, the operations on its channels must get along with it.
+
+#include "fuzz/storeAndReload.h"
+
+#include "megset/core/CMDChannelzk.h"
+#include "megset/core/CMDTrialzk.h"
+#include "megset/spectral/CSpctmTrialzk.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace megset {
+namespace {
+
+// The operations that a broken count or index might lead astray.
+void use(CMDTrialzk& trial)
+{
+    int position = 0;
+    int rest = 0;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    trial.getCurntChnlIndx();
+    trial.getTotalSample(-1);
+    trial.getChannelName(-1);
+    trial.getChannelPos(-1, x, y, z);
+    trial.getChannelID4Name("A");
+    trial.setCurrentChannel2Name("A");
+    trial.find1stTrig(1, position, rest);
+    trial.getMeasureMegCoilADimension();
+    trial.getMeasureEegElctDimension();
+    std::array<ChannelStatistics, 8> statistics = {};
+    trial.getAllSelectMinMeaMaxSdV(0, INT64_MAX, statistics);
+    trial.backupAllChnlData();
+    CMDTrialzk copy;
+    copy.copyTrialInfo(&trial);
+}
+
+// The file says by m_nTrialReservedB whether a common-reference unit follows: with 0 there it can't be read back.
+void makeReadable(CMDTrialzk& trial)
+{
+    if (trial.m_pMontageCr != nullptr && trial.m_nTrialReservedB == 0)
+        trial.m_nTrialReservedB = 1;
+}
+
+void run(std::span<const std::byte> input)
+{
+    CMDTrialzk trial;
+    if (load(trial, input)) {
+        makeReadable(trial);
+        storeAndReload(trial);
+    }
+    limitMemory(input.size(), 16);
+    use(trial);
+}
+
+} // namespace
+} // namespace megset
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    megset::beginFuzzing();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    megset::run(std::as_bytes(std::span(data, size)));
+    return 0;
+}
