@@ -75,7 +75,7 @@ double fractionDone(std::int64_t from, std::int64_t to, std::int64_t position)
 CString gauge(double fraction, int room)
 {
     const int length = room >= 60 ? 30 : room >= 30 ? 10 : 0;
-    const CString percent = CString::formatted(" %3d%%", static_cast<int>(fraction * 100 + 1e-9));
+    CString percent = CString::formatted(" %3d%%", static_cast<int>(fraction * 100 + 1e-9));
     if (length == 0)
         return percent;
     const int full = static_cast<int>(fraction * length + 1e-9);

@@ -8,7 +8,7 @@ CString nextField(const CString& filter, int& at)
 {
     const int bar = filter.Find(u'|', at);
     const int end = bar < 0 ? filter.GetLength() : bar;
-    const CString field = filter.Mid(at, end - at);
+    CString field = filter.Mid(at, end - at);
     at = bar < 0 ? end : bar + 1;
     return field;
 }

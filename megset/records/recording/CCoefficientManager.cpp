@@ -116,6 +116,8 @@ CCoefficientDatazk* CCoefficientManager::getSensorCoefRecord(const CString& name
     return nullptr;
 }
 
+// The copy rule is the assignment's; the base starts empty.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 CCoefficientManagerzk::CCoefficientManagerzk(const CCoefficientManagerzk& other) : CCoefficientManager()
 {
     *this = other;

@@ -32,9 +32,11 @@ int SourceGrid::pointPosition(std::int64_t index, double& x, double& y, double& 
 {
     if (!isWithin(index, totalPoint()))
         return 0;
+    const std::int64_t row = index / m_nX;
+    const std::int64_t layer = row / m_nY;
     x = m_dOrigin[0] + m_dStep[0] * static_cast<double>(index % m_nX);
-    y = m_dOrigin[1] + m_dStep[1] * static_cast<double>(index / m_nX % m_nY);
-    z = m_dOrigin[2] + m_dStep[2] * static_cast<double>(index / m_nX / m_nY);
+    y = m_dOrigin[1] + m_dStep[1] * static_cast<double>(row % m_nY);
+    z = m_dOrigin[2] + m_dStep[2] * static_cast<double>(layer);
     return 1;
 }
 
