@@ -4,7 +4,9 @@
 function(megset_use_ccache)
   find_program(CCACHE_PROGRAM ccache)
   if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM} PARENT_SCOPE)
+    # The sloppiness is what ccache asks for before it takes files that use a precompiled header.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+                                    ${CCACHE_PROGRAM} PARENT_SCOPE)
   endif()
 endfunction()
 
