@@ -68,6 +68,16 @@ int tryLoadRecord(Record& record, std::span<const std::byte> bytes)
     }
 }
 
+/// Holds a record against its bytes, built without an archive: they are what it writes, and reading them gives it.
+template <class Record>
+void expectGolden(const Record& record, const ByteBuilder& golden)
+{
+    EXPECT_TRUE(sameBytes(recordBytes(record), golden));
+    Record loaded;
+    EXPECT_EQ(loadRecord(loaded, golden.bytes()), 1);
+    EXPECT_TRUE(loaded == record);
+}
+
 template <class Case>
 class RecordContract : public ::testing::Test
 {

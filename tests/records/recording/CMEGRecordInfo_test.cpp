@@ -3,6 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/recordContract.h"
 #include "tests/records/recording/filledRecordInfo.h"
+#include "tests/records/recording/recordInfoBytes.h"
 
 namespace megset {
 namespace {
@@ -40,6 +41,14 @@ TEST(RecordInfoBase, StartsWithOneSampleStepAndAnUnknownRate)
     EXPECT_EQ(info.m_nResampleFactor, 1);
     EXPECT_EQ(info.m_nAverageCount, 0);
     EXPECT_EQ(info.m_aOnlineFilter.GetSize(), 0);
+}
+
+TEST(RecordInfoBase, IsWrittenSectionBySection)
+{
+    ByteBuilder expected;
+    expected.wide("MEGRECORDINFOBASEZK").i32(20261121).append(rawSection()).append(basicWords()).append(basicValues());
+    expected.append(acquisitionSection()).append(filterSection()).append(databaseSection()).append(tail());
+    expectGolden(BaseInfoCase::filled(), expected);
 }
 
 TEST(RecordInfoBase, ClearFilterInfoEmptiesTheListAlone)

@@ -92,7 +92,7 @@ TEST(ChnlWaveAnalyzedResult, IsWrittenFieldByField)
     ByteBuilder expected;
     expected.wide("CHNLWAVEANALYZEDRESULTZK").i32(20261121).i32(1).i32(1);
     expected.wide("WADXZK").i32(20261121).i32(3).wide("envelope").i64(7).i64(8).i64(2).doubles({1.5, 2.5});
-    EXPECT_TRUE(sameBytes(recordBytes(result), expected));
+    expectGolden(result, expected);
 }
 
 TEST(ChnlWaveAnalyzedResult, GivesTheResultsOfAKindInTheirOrder)
@@ -133,7 +133,7 @@ TEST(TrlWaveAnalyzedResult, IsWrittenFieldByField)
     expected.wide("TRLWAVEANALYZEDRESULTZK").i32(20261121).i32(1).i32(2).i64(3).i64(4).i64(5).i64(6).i32(2);
     expected.i32(1).i32(0).i32(10).i64(100).doubles({-1, 0.5, 2, 1.5});
     expected.i32(1).i32(1).i32(11).i64(101).doubles({-2, 0.25, 3, 2.5});
-    EXPECT_TRUE(sameBytes(recordBytes(TrialCase::filled()), expected));
+    expectGolden(TrialCase::filled(), expected);
 }
 
 TEST(TrlWaveAnalyzedResult, SummaryReplacesTheOneOfItsKindAndClass)
@@ -154,7 +154,7 @@ TEST(FaceWaveAnalyzedResult, IsWrittenFieldByField)
     expected.wide("FACEWAVEANALYZEDRESULTZK").i32(20261121).i32(1).i32(2).i32(1).f64(-3).f64(4).i32(2);
     expected.i32(1).wide("kurtosis").wide("").doubles({70, 250, 50, 25});
     expected.i32(2).wide("envelope").wide("fT").doubles({8, 12, 0, 1});
-    EXPECT_TRUE(sameBytes(recordBytes(DatasetCase::filled()), expected));
+    expectGolden(DatasetCase::filled(), expected);
 }
 
 TEST(FaceWaveAnalyzedResult, AnalysisReplacesTheOneOfItsKind)

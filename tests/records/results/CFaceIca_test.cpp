@@ -38,7 +38,7 @@ TEST(FaceIca, IsWrittenFieldByField)
     expected.wide("FACEICAZK").i32(20261121).i64(3).i32(5).i32(6).i32(7).i64(2).i64(2).i64(9).i64(1);
     expected.i64(3).doubles({100, 200, 300}).i64(6).doubles({1, 2, 3, 4, 5, 6});
     expected.i64(6).doubles({0.5, 1.5, 2.5, 3.5, 4.5, 5.5}).i64(4).doubles({10, 20, -1, -2}).i64(2).i32(0).i32(1);
-    EXPECT_TRUE(sameBytes(recordBytes(IcaCase::filled()), expected));
+    expectGolden(IcaCase::filled(), expected);
 }
 
 TEST(FaceIca, SizedObjectIsZeroAndKeepsEveryComponent)

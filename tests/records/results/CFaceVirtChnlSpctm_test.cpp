@@ -1,6 +1,7 @@
 #include "megset/records/results/CFaceVirtChnlSpctm.h"
 
 #include "tests/kit/recordContract.h"
+#include "tests/records/results/filledAxes.h"
 
 #include <cmath>
 
@@ -66,12 +67,52 @@ struct FaceCase
 using VirtSpctmRecords = ::testing::Types<SpctmCase, FaceCase>;
 INSTANTIATE_TYPED_TEST_SUITE_P(VirtSpctm, RecordContract, VirtSpctmRecords);
 
+CVirtChnlSpctmzk namedSpctm(const char* name, std::int32_t show)
+{
+    CVirtChnlSpctmzk spctm = filledSpctm();
+    spctm.m_strChannelName = name;
+    spctm.m_bShow = show;
+    spctm.m_dDirection = {0.25, 0.5, 0.75};
+    return spctm;
+}
+
+ByteBuilder spctmBytes(const char* name, std::int32_t show)
+{
+    ByteBuilder bytes;
+    bytes.wide("VIRTCHNLSPCTMZK").i32(20261121).wide(name).i32(show).doubles({1, 2, 3, 0.25, 0.5, 0.75});
+    return bytes.i64(0).i64(4).doubles({1, 2, 3, 4}).i64(0).i64(4).doubles({5, 6, 7, 8});
+}
+
 TEST(VirtChnlSpctm, IsWrittenFieldByField)
 {
+    expectGolden(namedSpctm("V1", 5), spctmBytes("V1", 5));
+}
+
+TEST(VirtChnlSpctm, IsWrittenPlaneByPlane)
+{
+    CVirtChnlSpctmzk spctm;
+    spctm.m_aPlane = {std::vector<double>{1.5}, {2.5}, {3.5}, {4.5}};
     ByteBuilder expected;
-    expected.wide("VIRTCHNLSPCTMZK").i32(20261121).wide("V1").i32(0).doubles({1, 2, 3, 0, 1, 0});
-    expected.i64(0).i64(4).doubles({1, 2, 3, 4}).i64(0).i64(4).doubles({5, 6, 7, 8});
-    EXPECT_TRUE(sameBytes(recordBytes(filledSpctm()), expected));
+    expected.wide("VIRTCHNLSPCTMZK").i32(20261121).wide("").i32(1).zeros(6 * sizeof(double));
+    expected.i64(1).f64(1.5).i64(1).f64(2.5).i64(1).f64(3.5).i64(1).f64(4.5);
+    expectGolden(spctm, expected);
+}
+
+TEST(FaceVirtChnlSpctm, IsWrittenFieldByField)
+{
+    Face face;
+    face.m_nTimePt = 1;
+    face.m_nFreqPt = 4;
+    fillAxes(face);
+    face.m_nCurrentChannel = 2;
+    ByteBuilder expected;
+    expected.wide("FACEVIRTCHNLSPCTMZK").i32(20261121).append(axesBytes(1, 4)).i64(2).i32(3);
+    for (const char* name : {"V1", "V2", "V3"}) {
+        const CVirtChnlSpctmzk spctm = namedSpctm(name, 1);
+        ASSERT_GE(face.addVirtChnlSpctm(&spctm), 0);
+        expected.i32(1).append(spctmBytes(name, 1));
+    }
+    expectGolden(face, expected);
 }
 
 TEST(VirtChnlSpctm, ValuesStandByTimeAndFrequency)

@@ -79,12 +79,35 @@ ByteBuilder waveBytes(double first)
     return bytes.doubles({1, 2, 3, 0, 1, 0}).i64(2).doubles({first, -2.5});
 }
 
+ByteBuilder faceBytes(const char* name)
+{
+    ByteBuilder bytes;
+    bytes.wide("FACEVIRTCHNLWAVEZK").i32(20261121).wide(name).i64(2).i64(10).f64(600).i32(1).i32(2);
+    return bytes.i32(1).append(waveBytes(1)).i32(1).append(waveBytes(7));
+}
+
+TEST(VirtChnlWave, IsWrittenFieldByField)
+{
+    expectGolden(filledWave(9), waveBytes(9));
+}
+
 TEST(VirtChnlWave, FaceIsWrittenFieldByField)
 {
+    expectGolden(filledFace(), faceBytes("beamformer"));
+}
+
+TEST(VirtChnlWave, PackageIsWrittenFaceByFace)
+{
+    CPkgFaceVirtChnlWavezk package;
     ByteBuilder expected;
-    expected.wide("FACEVIRTCHNLWAVEZK").i32(20261121).wide("beamformer").i64(2).i64(10).f64(600).i32(1).i32(2);
-    expected.i32(1).append(waveBytes(1)).i32(1).append(waveBytes(7));
-    EXPECT_TRUE(sameBytes(recordBytes(filledFace()), expected));
+    expected.wide("PKGFACEVIRTCHNLWAVEZK").i32(20261121).i32(3);
+    for (const char* name : {"first", "second", "third"}) {
+        CFaceVirtChnlWavezk face = filledFace();
+        face.m_strFaceName = name;
+        package.addFaceVirtChnlWave(&face);
+        expected.i32(1).append(faceBytes(name));
+    }
+    expectGolden(package, expected);
 }
 
 TEST(VirtChnlWave, FaceGivesItsChannelsByNumber)

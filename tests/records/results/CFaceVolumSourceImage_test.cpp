@@ -7,7 +7,7 @@
 namespace megset {
 namespace {
 
-CVolumSourcImagzk filledImage()
+CVolumSourcImagzk filledImage(double first = 1)
 {
     CVolumSourcImagzk image;
     SourceGrid grid;
@@ -25,7 +25,7 @@ CVolumSourcImagzk filledImage()
     image.m_dFreqLow = 14.5;
     image.m_dFreqHigh = 15.5;
     for (std::size_t i = 0; i < image.m_aValue.size(); ++i)
-        image.m_aValue[i] = 1.0 + static_cast<double>(i);
+        image.m_aValue[i] = first + static_cast<double>(i);
     return image;
 }
 
@@ -64,13 +64,32 @@ struct FaceCase
 using VolumSourceRecords = ::testing::Types<ImageCase, FaceCase>;
 INSTANTIATE_TYPED_TEST_SUITE_P(VolumSource, RecordContract, VolumSourceRecords);
 
+ByteBuilder imageBytes(double first)
+{
+    ByteBuilder bytes;
+    bytes.wide("VOLUMSOURCIMAGZK").i32(20261121).wide("dual state").wide("pseudo-Z").i32(2).i32(1).i32(3);
+    bytes.doubles({-1, -2, -3, 10, 20, 30}).i64(2).i64(11).i64(12).i64(13).f64(14.5).f64(15.5).i64(12);
+    for (int i = 0; i < 12; ++i)
+        bytes.f64(first + i);
+    return bytes;
+}
+
 TEST(VolumSourcImag, IsWrittenFieldByField)
 {
+    expectGolden(filledImage(50), imageBytes(50));
+}
+
+TEST(FaceVolumSourceImage, IsWrittenImageByImage)
+{
+    Face face;
+    for (const double first : {100.0, 200.0, 300.0}) {
+        const CVolumSourcImagzk image = filledImage(first);
+        face.addSam3Dzk(&image, first == 300);
+    }
     ByteBuilder expected;
-    expected.wide("VOLUMSOURCIMAGZK").i32(20261121).wide("dual state").wide("pseudo-Z").i32(2).i32(1).i32(3);
-    expected.doubles({-1, -2, -3, 10, 20, 30}).i64(2).i64(11).i64(12).i64(13).f64(14.5).f64(15.5);
-    expected.i64(12).doubles({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
-    EXPECT_TRUE(sameBytes(recordBytes(filledImage()), expected));
+    expected.wide("FACEVOLUMSOURCEIMAGEZK").i32(20261121).i32(2).i32(3);
+    expected.i32(1).append(imageBytes(100)).i32(1).append(imageBytes(200)).i32(1).append(imageBytes(300));
+    expectGolden(face, expected);
 }
 
 TEST(VolumSourcImag, ValuesThatDoNotFitTheGridAreRefused)

@@ -101,7 +101,7 @@ TEST(FreqDataChnl, IsWrittenFieldByField)
     ByteBuilder expected;
     expected.wide("FREQDATACHNLZK").i32(20261121).i64(7).i64(3);
     expected.i64(3).doubles({1, 2, 3}).i64(0).i64(3).doubles({4, 5, 6}).i64(0);
-    EXPECT_TRUE(sameBytes(recordBytes(ChannelCase::filled()), expected));
+    expectGolden(ChannelCase::filled(), expected);
 }
 
 TEST(FreqDataChnl, GivesArrayAndLengthOfADataType)
@@ -164,14 +164,33 @@ TEST(FreqDataChnl, ArraysOfAnotherLengthAreRefused)
     EXPECT_EQ(loadRecord(loaded, storedBytes([&](CArchive& ar) { data.serializezk(ar); })), 0);
 }
 
+ByteBuilder sumBytes(std::int32_t channels)
+{
+    ByteBuilder bytes;
+    bytes.wide("SUMCHNLFREQDATAZK").i32(20261121).i64(2);
+    bytes.i64(2).doubles({1, 2}).i64(2).doubles({3, 4}).i64(2).doubles({5, 6});
+    bytes.i64(2).doubles({7, 8}).i64(2).doubles({9, 10}).i64(2).doubles({11, 12});
+    return bytes.i32(1).i32(channels).doubles({14, 15, 16, 17, 18, 19});
+}
+
 TEST(SumChnlFreqData, IsWrittenFieldByField)
 {
+    expectGolden(filledSum(), sumBytes(13));
+}
+
+TEST(FreqDataTrial, IsWrittenFieldByField)
+{
     ByteBuilder expected;
-    expected.wide("SUMCHNLFREQDATAZK").i32(20261121).i64(2);
-    for (const double first : {1.0, 3.0, 5.0, 7.0, 9.0, 11.0})
-        expected.i64(2).f64(first).f64(first + 1);
-    expected.i32(1).i32(13).doubles({14, 15, 16, 17, 18, 19});
-    EXPECT_TRUE(sameBytes(recordBytes(filledSum()), expected));
+    expected.wide("FREQDATATRIALZK").i32(20261121).doubles({0.5, 0.25, 600}).i64(2).i64(3);
+    expected.append(sumBytes(1)).append(sumBytes(2)).append(sumBytes(3)).append(sumBytes(4));
+    expectGolden(TrialCase::filled(), expected);
+}
+
+TEST(FreqDatasetFace, IsWrittenFieldByField)
+{
+    ByteBuilder expected;
+    expected.wide("FREQDATASETFACEZK").i32(20261121).wide("power").i32(1).i32(2).doubles({3, 4, -5, 6});
+    expectGolden(DatasetCase::filled(), expected);
 }
 
 TEST(SumChnlFreqData, CheckInitSetsUpSixArraysOfZeros)

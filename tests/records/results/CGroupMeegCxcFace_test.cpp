@@ -32,7 +32,7 @@ TEST(GroupMeegCxcFace, IsWrittenFieldByField)
     ByteBuilder expected;
     expected.wide("GROUPMEEGCXCFACEZK").i32(20261121).i64(2).i32(10).i32(11).i64(1).i32(20);
     expected.i64(-2).i64(3).i64(5).i64(6).i64(6).doubles({0.5, -0.75, 0.25, 0.125, -0.5, 0.5});
-    EXPECT_TRUE(sameBytes(recordBytes(GroupCase::filled()), expected));
+    expectGolden(GroupCase::filled(), expected);
 }
 
 TEST(GroupMeegCxcFace, ValuesStandByChannelPairAndLag)

@@ -1,6 +1,7 @@
 #include "megset/records/results/CMEGSpctmCCDataFace.h"
 
 #include "tests/kit/recordContract.h"
+#include "tests/records/results/filledAxes.h"
 
 #include <cmath>
 
@@ -63,14 +64,62 @@ struct FaceCase
 using SpctmCCRecords = ::testing::Types<DataCase, FaceCase>;
 INSTANTIATE_TYPED_TEST_SUITE_P(SpctmCC, RecordContract, SpctmCCRecords);
 
+// Two channels, one time point, two frequencies; planes 0 and 2 alone.
+CMEGSpctmCCTrlDatazk dataOfDistinctFields(std::int32_t firstChannel)
+{
+    CMEGSpctmCCTrlDatazk data = filledData();
+    fillAxes(data);
+    data.m_aChannel[0] = firstChannel;
+    return data;
+}
+
+ByteBuilder dataBytes(std::int32_t firstChannel)
+{
+    ByteBuilder bytes;
+    bytes.wide("MEGSPCTMCCTRLDATAZK").i32(20261121).append(axesBytes(1, 2)).i64(2).i32(firstChannel).i32(8);
+    bytes.i64(8).doubles({1, 2, 3, 4, 5, 6, 7, 8}).i64(0);
+    return bytes.i64(8).doubles({-0.5, 0.5, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5}).i64(0);
+}
+
 TEST(SpctmCCTrlData, IsWrittenFieldByField)
 {
+    expectGolden(dataOfDistinctFields(7), dataBytes(7));
+}
+
+TEST(SpctmCCTrlData, IsWrittenPlaneByPlane)
+{
+    CMEGSpctmCCTrlDatazk data;
+    data.setSize({7}, 1, 1);
+    fillAxes(data);
+    for (int plane = 0; plane < 4; ++plane) {
+        data.initPlanes(plane);
+        data.setValue(plane, 0, 0, 0, 0, plane + 1.5);
+    }
     ByteBuilder expected;
-    expected.wide("MEGSPCTMCCTRLDATAZK").i32(20261121);
-    expected.i64(1).i64(2).i64(100).i64(12).i64(13).f64(4.5).f64(0.5).i64(1).i64(14).i64(2).i64(15);
-    expected.i64(2).i32(7).i32(8).i64(8).doubles({1, 2, 3, 4, 5, 6, 7, 8}).i64(0);
-    expected.i64(8).doubles({-0.5, 0.5, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5}).i64(0);
-    EXPECT_TRUE(sameBytes(recordBytes(filledData()), expected));
+    expected.wide("MEGSPCTMCCTRLDATAZK").i32(20261121).append(axesBytes(1, 1)).i64(1).i32(7);
+    expected.i64(1).f64(1.5).i64(1).f64(2.5).i64(1).f64(3.5).i64(1).f64(4.5);
+    expectGolden(data, expected);
+}
+
+TEST(SpctmCCDataFace, IsWrittenClassByClass)
+{
+    Face face;
+    ByteBuilder expected;
+    expected.wide("MEGSPCTMCCDATAFACEZK").i32(20261121);
+    for (const int dataClass : {0, 1, 2}) {
+        *face.getCCSpctmTrlData4Class(dataClass, true) = dataOfDistinctFields(20 + dataClass);
+        expected.i32(1).append(dataBytes(20 + dataClass));
+    }
+    expectGolden(face, expected);
+}
+
+TEST(SpctmCCDataFace, AClassThatIsAbsentIsItsPresenceWordAlone)
+{
+    Face face;
+    *face.getCCSpctmTrlData4Class(1, true) = dataOfDistinctFields(21);
+    ByteBuilder expected;
+    expected.wide("MEGSPCTMCCDATAFACEZK").i32(20261121).i32(0).i32(1).append(dataBytes(21)).i32(0);
+    expectGolden(face, expected);
 }
 
 TEST(SpctmCCTrlData, ValuesStandByChannelPairTimeAndFrequency)

@@ -2,6 +2,7 @@
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/recordContract.h"
+#include "tests/records/results/filledAxes.h"
 
 #include <cmath>
 
@@ -58,13 +59,39 @@ struct FaceCase
 using SnsCohRecords = ::testing::Types<DataCase, FaceCase>;
 INSTANTIATE_TYPED_TEST_SUITE_P(SnsCoh, RecordContract, SnsCohRecords);
 
+CSnsCohDatazk dataOfDistinctFields(std::int64_t currentPair)
+{
+    CSnsCohDatazk data = filledData();
+    fillAxes(data);
+    data.m_nCurrentPair = currentPair;
+    return data;
+}
+
+ByteBuilder dataBytes(std::int64_t currentPair)
+{
+    ByteBuilder bytes;
+    bytes.wide("SNSCOHDATAZK").i32(20261121).wide("theta").append(axesBytes(2, 3)).i64(currentPair);
+    bytes.i32(2).i32(3).i32(4).i32(5).i32(6);
+    return bytes.i64(12).doubles({0.5, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 9.5, 10.5, 11.5});
+}
+
 TEST(SnsCohData, IsWrittenFieldByField)
 {
+    expectGolden(dataOfDistinctFields(7), dataBytes(7));
+}
+
+TEST(SnsCohFace, IsWrittenEntryByEntry)
+{
+    CSnsCohFacezk face;
+    for (const std::int64_t pair : {7, 8, 9}) {
+        const CSnsCohDatazk data = dataOfDistinctFields(pair);
+        face.addCoherenceData(&data);
+    }
+    face.m_nCurrentData = 1;
     ByteBuilder expected;
-    expected.wide("SNSCOHDATAZK").i32(20261121).wide("theta").i64(2).i64(3).i64(11).i64(12).i64(13).f64(4.5).f64(0.5);
-    expected.i64(1).i64(14).i64(2).i64(15).i64(1).i32(2).i32(3).i32(4).i32(5).i32(6);
-    expected.i64(12).doubles({0.5, 1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 9.5, 10.5, 11.5});
-    EXPECT_TRUE(sameBytes(recordBytes(filledData()), expected));
+    expected.wide("SNSCOHFACEZK").i32(20261121).i32(1).i32(3);
+    expected.i32(1).append(dataBytes(7)).i32(1).append(dataBytes(8)).i32(1).append(dataBytes(9));
+    expectGolden(face, expected);
 }
 
 TEST(SnsCohData, ValuesStandByPairTimeAndFrequency)

@@ -1,6 +1,7 @@
 #include "megset/records/results/CSrcCohFace.h"
 
 #include "tests/kit/recordContract.h"
+#include "tests/records/results/filledAxes.h"
 
 #include <cmath>
 
@@ -39,12 +40,15 @@ INSTANTIATE_TYPED_TEST_SUITE_P(SrcCoh, RecordContract, SrcCohRecords);
 
 TEST(SrcCohFace, IsWrittenFieldByField)
 {
+    CSrcCohFacezk face = SrcCohCase::filled();
+    fillAxes(face);
+    face.m_nCurrentPair = 9;
     ByteBuilder expected;
     expected.wide("SRCCOHFACEZK").i32(20261121).i32(2);
     expected.wide("left").doubles({1, 2, 3, 0, 0, 1}).wide("right").doubles({-1, 2, 3, 0, 1, 0});
-    expected.i64(1).i64(2).i64(11).i64(12).i64(13).f64(4.5).f64(0.5).i64(1).i64(14).i64(2).i64(15).i64(1);
+    expected.append(axesBytes(1, 2)).i64(9);
     expected.i32(2).i32(0).i32(1).i32(1).i32(7).i64(4).doubles({0.5, 0.25, 0.75, 1});
-    EXPECT_TRUE(sameBytes(recordBytes(SrcCohCase::filled()), expected));
+    expectGolden(face, expected);
 }
 
 TEST(SrcCohFace, PairsNameTheirSources)

@@ -32,7 +32,7 @@ TEST(VirtSnsPOXlist, IsWrittenFieldByField)
     expected.wide("VIRTSNSPOXLISTZK").i32(20261121).i64(1).i64(2).i32(4).i32(9).i32(2);
     expected.wide("a").doubles({1, 2, 3, 0, 0, 1}).i64(2).doubles({0.5, -2});
     expected.wide("b").doubles({4, 5, 6, 0, 1, 0}).i64(0);
-    EXPECT_TRUE(sameBytes(recordBytes(PoxCase::filled()), expected));
+    expectGolden(PoxCase::filled(), expected);
 }
 
 TEST(VirtSnsPOXlist, GivesSensorsByNumber)

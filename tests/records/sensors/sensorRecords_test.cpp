@@ -331,7 +331,7 @@ TEST(SensorRecordBytes, OfAnOpticallyPumpedSensor)
     newCell.wide("MAGVAPORZK").i32(20261121).append(newCoilFields()).i32(1).i32(0).i32(0).i32(0);
     ByteBuilder expected;
     expected.wide("MEGOPMZK").i32(20261121).append(gainBytes()).i32(2).append(newCell).append(cellBytes(5.0));
-    EXPECT_TRUE(sameBytes(recordBytes(OpmCase::filled()), expected));
+    expectGolden(OpmCase::filled(), expected);
 }
 
 TEST(SensorRecordBytes, OfAMegSensor)
@@ -341,7 +341,7 @@ TEST(SensorRecordBytes, OfAMegSensor)
     expected.i32(103).i32(100).i32(3).i32(104).append(squidBytes());
     addRamp<12>(expected, 300.0).i32(105).i32(106).i64(107);
     addRamp<12>(expected, 400.0);
-    EXPECT_TRUE(sameBytes(recordBytes(MegSensorCase::filled()), expected));
+    expectGolden(MegSensorCase::filled(), expected);
 }
 
 TEST(SensorRecordBytes, OfAnElectrode)
@@ -349,7 +349,7 @@ TEST(SensorRecordBytes, OfAnElectrode)
     ByteBuilder expected;
     expected.wide("EEGELECTRODEZK").i32(20261121).i64(9).wide("E1").wide("CZ").wide("CZ1");
     expected.doubles({1, 2, 3, 4, 5, 6, 7, 8, 4.5}).i32(11).i32(301).i32(1).i32(1).i32(2).i32(3).i32(4);
-    EXPECT_TRUE(sameBytes(recordBytes(ElectrodeCase::filled()), expected));
+    expectGolden(ElectrodeCase::filled(), expected);
 }
 
 TEST(SensorRecordBytes, OfATriggerInput)
@@ -358,7 +358,7 @@ TEST(SensorRecordBytes, OfATriggerInput)
     expected.wide("STIMTRIGZK").i32(20261121).i64(9).wide("UPPT001").wide("digital").i32(2).i32(601).i32(1);
     expected.i32(2).i64(100).i64(std::int64_t{1} << 40).i32(1).wide("left").i32(16).i32(255).i32(3).wide("note");
     expected.i32(2).f64(0.5).f64(2.5);
-    EXPECT_TRUE(sameBytes(recordBytes(StimCase::filled()), expected));
+    expectGolden(StimCase::filled(), expected);
 }
 
 TEST(SensorRecordBytes, OfTheOtherInputs)
