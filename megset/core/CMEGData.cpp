@@ -195,19 +195,31 @@ int CMEGData::saveAllTrials()
     return 1;
 }
 
-// Writes the trial of one place to its file and frees it. One that can't be saved goes to the unsaved trials, also
-// where an exception tells so, which passes on.
+// Writes the trial of one place to its file and frees it.
 int CMEGData::saveTrialAt(int index)
+{
+    if (!storeTrialAt(index))
+        return 0;
+    m_ppTrial.set(index, nullptr);
+    return 1;
+}
+
+// Writes the trial of one place, which is empty meanwhile, to its file. One that can't be saved goes to the unsaved
+// trials, also where an exception tells so, which passes on.
+int CMEGData::storeTrialAt(int index)
 {
     std::unique_ptr<CMDTrialzk> trial = m_ppTrial.release(index);
     const auto keep = [&] {
         m_aUnsavedPlace.push_back(index);
         m_aUnsavedTrial.Add(std::move(trial));
     };
-    CString path = m_aTrialFilePath.GetAt(index);
+    const bool hasPath = index < m_aTrialFilePath.GetSize();
+    CString path = hasPath ? m_aTrialFilePath.GetAt(index) : CString();
     try {
         if (trial->saveTrialData(path, m_pDocument, m_strDatasetPath, false)) {
-            m_aTrialFilePath.SetAt(index, trial->m_strTrialFilePath);
+            if (hasPath)
+                m_aTrialFilePath.SetAt(index, trial->m_strTrialFilePath);
+            m_ppTrial.set(index, std::move(trial));
             return 1;
         }
     } catch (...) {

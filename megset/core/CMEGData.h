@@ -286,6 +286,7 @@ protected:
     bool checkPathsMatchTrials() const;
     int trialIndex(int trial) const { return trial == -1 ? m_nCurrentTrial : trial; }
     int saveTrialAt(int index);
+    int storeTrialAt(int index);
     int saveUnsavedTrial(int i);
     void warnOfChangedSamples(const CMDTrialzk& trial) const;
 

@@ -1,12 +1,124 @@
 #pragma once
-// The dataset file, text export and exchange.
+// The dataset file: tag "MEGDATASETZK", every version ever released, and the step that saves or opens trials with it.
+// Needs the clean operations and the saving of trials of CMEGData and checkFilePath of CMEGData9FileA00Basic.
 
 #include "megset/import/CMEGData9FileA02Neuromag.h"
+#include "megset/platform/formatVersion.h"
+
+#include <initializer_list>
+#include <memory>
+#include <string_view>
 
 namespace megset {
 
 class CMEGData9FileB : public CMEGData9FileA02Neuromag
 {
+public:
+    // The file, in CMEGData9FileB.cpp; what only old versions have in CMEGData9FileBOld.cpp
+
+    /// Writes the newest file and saves the trials in memory, or reads one of any version and opens its current trial.
+    /// Set the document first. Storing gives 1 whatever happened. Loading gives 0 with "The opened file is not MEG
+    /// dataset file or corrupted!" for another tag, with "Wrong MEG dataset file format!!?" for an unknown version,
+    /// with "Not enough memory?!" for more trials than there is memory or than the file can hold, and without a further
+    /// text where a record failed. What was read until then stays; a section that a version lacks leaves its fields as
+    /// they are. Archive exceptions pass: a file of version 20161123 ends with one, after all of it was read.
+    int serializezk(CArchive& ar);
+    /// The step behind the newest file's last byte. Storing saves every trial in memory to its own file, and it stays
+    /// in memory; at the first that can't be saved it shows "Save trial data error!" and ends, and that trial goes to
+    /// getUnsavedTrials(). Gives 1 always. Loading brings the current index into range and opens that trial. 0 with "No
+    /// trial path for opening trial!" or "Open trial data failed "; other numbers of trials and paths show "File path
+    /// and trial error!", a trial of other length and re-sampling than the recording "Sample has been changed:
+    /// %I64d->%I64d, Please re-sample and check the data", and the load goes on.
+    int _20serializeTrials(int isStoring);
+
+protected:
+    // Sections, each with its number in the file's order. 1, or 0 where one failed.
+
+    int _00serializeMDTrialInfo(CArchive& ar);
+    int _01serializeFiducialPts(CArchive& ar);
+    int _02serializeTrgMkSgTrPtAm(CArchive& ar);
+    int _03serializeSensors(CArchive& ar);
+    int _04serializeFilterInfo(CArchive& ar);
+    int _06serializeRecordInfo(CArchive& ar);
+    int _09serializeShowInfo(CArchive& ar);
+    int _10serializeMEGOthers(CArchive& ar);
+    int _11serializeROI(CArchive& ar);
+    int _12serializeParam4AllTrlChnlShow_new(CArchive& ar);
+    int _13serializeMkMgSelect4Cut(CArchive& ar);
+    int _14serializeEegData(CArchive& ar);
+
+private:
+    int serializezk20200729(CArchive& ar);
+    int serializezk20190725(CArchive& ar);
+    int serializezk20190609(CArchive& ar);
+    int serializezk20171006(CArchive& ar);
+    int serializezk20170706(CArchive& ar);
+    int serializezk20161123(CArchive& ar);
+    int serializezk20160222(CArchive& ar);
+    int serializezk20150806(CArchive& ar);
+    int serializezk20150724(CArchive& ar);
+    int serializezk20140516(CArchive& ar);
+    int serializezk20130508(CArchive& ar);
+    int serializezk20130502(CArchive& ar);
+    int serializezk20130421(CArchive& ar);
+    int serializezk20130404(CArchive& ar);
+    int serializezk20120824(CArchive& ar);
+    int serializezk20120527(CArchive& ar);
+    int serializezk20120501(CArchive& ar);
+    int serializezk20120419(CArchive& ar);
+    int serializezk20120326(CArchive& ar);
+    int serializezk20110210(CArchive& ar);
+    int serializezk20100428(CArchive& ar);
+    int serializezk20090727(CArchive& ar);
+    int serializezk20080104(CArchive& ar);
+    int readFile20161123(CArchive& ar);
+
+    // What versions of the file have in common, each named by the oldest that has it.
+    int sections20190609(CArchive& ar);
+    int sections20170706(CArchive& ar);
+    int sections20160222(CArchive& ar);
+    int sections20140516(CArchive& ar);
+    int sections20130421(CArchive& ar);
+    int sections20120824(CArchive& ar);
+    int sections20120419(CArchive& ar);
+    int sections20080609(CArchive& ar);
+    int sections03To11(CArchive& ar);
+    int sections03To12(CArchive& ar);
+
+    // The tail, by its number of items.
+    int tailOf2(CArchive& ar);
+    int tailOf5(CArchive& ar);
+    int tailOf8(CArchive& ar);
+    int tailOf10(CArchive& ar);
+    int tailOf11(CArchive& ar);
+    int tailOf14(CArchive& ar);
+    int tailOf15(CArchive& ar);
+    int tailOf16(CArchive& ar);
+
+    int _Zold_00serializeMDTrialzk_doubleStoreOpenTrl(CArchive& ar);
+    int _Zold_00serializeMDTrialzksml(CArchive& ar);
+    int _Zold_02serializeTrigs20170706(CArchive& ar);
+    int _Zold_02serializeTrigs(CArchive& ar);
+    int _zold_Zold_02serializeTrigs_obsolete20140421(CArchive& ar);
+    int _04serializeProcessInfo(CArchive& ar);
+    int _09serializeShowInfo_obsolete20120419(CArchive& ar);
+    int _Zold_12serializeParam4AllTrlChnlShow(CArchive& ar);
+    int _zold_13serializeSelectCut(CArchive& ar);
+
+    void cleanTrialList(CArchive& ar);
+    void exchangePaths(CArchive& ar);
+    void exchangeTrialListOld(CArchive& ar);
+    bool exchangeSlots(CArchive& ar, bool& present);
+    int loadEmbeddedTrial(CArchive& ar, int index);
+    int exchangeMarkers(CArchive& ar, std::initializer_list<CMarkerManagerzk CMEGData::*> managers);
+    int exchangeFlags(CArchive& ar, std::unique_ptr<int[]>& flags, std::string_view name);
+    int exchangeGoodShow(CArchive& ar);
+    void exchangeShowInfo(CArchive& ar);
+    int makeMissingFlags(CArchive& ar);
+    int storeTrials();
+    int openCurrentTrial();
+
+    static const FormatVersion<CMEGData9FileB> s_versions[23];
 };
 
 } // namespace megset

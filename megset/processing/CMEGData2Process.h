@@ -1,17 +1,57 @@
 #pragma once
-// Flags of channels over all trials, and steps over the trials of a dataset.
+// State of processing that is no samples: the filter setting in force, flags of channels over all trials, and
+// electrodes that go to the trials. Needs the trials of CMEGData.
 
 #include "megset/geometry/CMEGData1Localization02Eeg.h"
 
 namespace megset {
 
+/// Flags hold for all trials at once, and don't move when another trial becomes current. Every flag operation gives 0
+/// for a channel outside the flags: -1 stands for no channel here.
 class CMEGData2Process : public CMEGData1Localization02Eeg
 {
 public:
+    // The filter itself is applied by the caller, who reads the setting.
+
+    CFilterDcLtSettingzk* getFilterDcLtSettingzk() { return &m_filterDcLt; }
+    /// Takes the setting over and counts it, also when it is the one in force. 1, and for null 1 with nothing changed.
+    int setFilterDcLtSettingzk(const CFilterDcLtSettingzk* setting);
+    /// The pass band in Hz that the data have: that of the setting, or from 0 to half the sampling rate where no filter
+    /// limits it or none was ever set. Gives 1.
+    int getFilterRange(double& low, double& high) const;
+
     /// Makes the four flag arrays as long as the trial has channels, dropping arrays of another length. Where any is
     /// new, all say good 1, show 1, select 0, fourth flag 0 for every channel. 1; 0 for null, for a trial without
     /// channels, and without memory, which leaves no arrays.
     int checkInitChnlParam(const CMDTrialzk* trial);
+    int isGoodChnl4Alltrials(int channel) const { return isFlagSet(m_pChnlGood, channel); }
+    int isShowChnl4Alltrials(int channel) const { return isFlagSet(m_pChnlShow, channel); }
+    int isSelectChnl4Alltrials(int channel) const { return isFlagSet(m_pChnlSelect, channel); }
+    /// Stores the value as it is.
+    int setGoodChnl4Alltrials(int channel, int value) { return setFlag(m_pChnlGood, channel, value); }
+    int setShowChnl4Alltrials(int channel, int value) { return setFlag(m_pChnlShow, channel, value); }
+    /// With `all` every channel gets the value, whatever `channel` is, with a result of 1.
+    int setSelectChnl4Alltrials(int channel, int value, bool all);
+    /// Sets the good flag of the first channel whose working name contains the text; it is searched in one trial, which
+    /// is opened (-1: the current one), and holds for all. 0 when there is none, or for a trial that can't be opened.
+    int setChannelGood4Name(const CString& name, bool good, int trial);
+    /// setShowChnl4Alltrials; the two last arguments are not read.
+    int setMEGSensorShow(bool show, int channel, int unusedTrial, bool unusedAll);
+
+    // Electrodes: the operation of CMDTrialzk with that name (`Me` for `Meg`), on one trial, which is opened (-1: the
+    // current one), or on all. Of one, the trial's result, and 0 when it can't be opened; of all, 1, or 0 at the first
+    // trial that gives 0, where the walk ends. Trials that can't be opened are passed over.
+
+    int setEEG_electrodes(const CEEGelectrodezk* electrode, int trial, bool allTrials);
+    int setEEG_electrodesPositionMeg(CPtrArray* positions, int trial, bool allTrials);
+    int setEEG_electrodesPositionPohemus(int electrode, double x, double y, double z, int trial, bool allTrials);
+
+private:
+    bool hasFlag(const std::unique_ptr<int[]>& flags, int channel) const;
+    int isFlagSet(const std::unique_ptr<int[]>& flags, int channel) const;
+    int setFlag(const std::unique_ptr<int[]>& flags, int channel, int value);
+    template <class Operation>
+    int openAndRun(int trial, bool allTrials, Operation operation);
 };
 
 } // namespace megset
