@@ -14,4 +14,13 @@ void addVersion(CLI::App& program);
 /// `inspect FILE`: the records and fields of a file as a tree, and where a broken file ends making sense.
 void addInspect(CLI::App& program);
 
+/// `info DATASET`: session, trials, channels, rate, marks and sizes.
+void addInfo(CLI::App& program);
+
+/// `check DATASET`: whether a dataset and its trials are whole and agree.
+void addCheck(CLI::App& program);
+
+/// `export DATASET`: samples as a NumPy or text file.
+void addExport(CLI::App& program);
+
 } // namespace megset::cli

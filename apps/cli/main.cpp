@@ -16,6 +16,9 @@ void addCommands(CLI::App& program)
 {
     megset::cli::addVersion(program);
     megset::cli::addInspect(program);
+    megset::cli::addInfo(program);
+    megset::cli::addCheck(program);
+    megset::cli::addExport(program);
 }
 
 int runCommand(CLI::App& program, int argc, char** argv)

@@ -1,0 +1,193 @@
+#include "apps/cli/dataset/changeDataset.h"
+
+#include "apps/cli/dataset/CreatedFiles.h"
+#include "apps/cli/inspect/fileTag.h"
+#include "megset/platform/CArchive.h"
+#include "megset/platform/CConsoleHost.h"
+#include "megset/platform/CFile.h"
+#include "megset/platform/CFileDialog.h"
+#include "megset/platform/paths.h"
+
+#include <stdexcept>
+
+namespace megset::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The console as the host of the process, with the answers that the user gave beforehand.
+class AnsweringHost
+{
+public:
+    explicit AnsweringHost(const ChangeArguments& arguments)
+    {
+        m_host.setAnswer(arguments.yes);
+        m_host.setAsking(!arguments.yes && !arguments.no);
+        m_former = AfxSetHost(&m_host);
+    }
+    AnsweringHost(const AnsweringHost&) = delete;
+    AnsweringHost& operator=(const AnsweringHost&) = delete;
+    ~AnsweringHost() { AfxSetHost(m_former); }
+
+private:
+    CConsoleHost m_host;
+    CUserHost* m_former = nullptr;
+};
+
+fs::path absolutePath(const fs::path& path)
+{
+    return fs::absolute(path).lexically_normal();
+}
+
+fs::path withExtension(fs::path path, const char* extension)
+{
+    if (!path.has_extension())
+        path += extension;
+    return path;
+}
+
+// Where the result goes: as told, or as the user says now.
+fs::path askForTarget(const ChangeArguments& arguments)
+{
+    FileRequest request;
+    request.open = false;
+    request.filter = "MEG datasets (*.meg)|*.meg||";
+    request.defaultExtension = "meg";
+    request.pathMustExist = true;
+    const auto choice = AfxGetHost().chooseFile(request);
+    if (!choice)
+        throw std::runtime_error(shownPath(arguments.dataset) +
+                                 ": say where the changed dataset goes, --out NEW.meg or --in-place");
+    return toNative(choice->path);
+}
+
+fs::path targetOf(const ChangeArguments& arguments)
+{
+    if (arguments.inPlace)
+        return absolutePath(arguments.dataset);
+    return absolutePath(
+        withExtension(arguments.out.empty() ? askForTarget(arguments) : fs::path(arguments.out), ".meg"));
+}
+
+fs::path trialPath(const fs::path& dataset, int index)
+{
+    return dataset.parent_path() / (dataset.stem().string() + "Trial" + std::to_string(index) + ".trl");
+}
+
+fs::path findTrial(const OpenDataset& open, int index)
+{
+    const CString found = findTrialFile(open, index);
+    if (found.IsEmpty())
+        throw std::runtime_error(open.dataset.m_aTrialFilePath.GetAt(index).toUtf8() + ": the trial's file is missing");
+    return toNative(found);
+}
+
+// Copies the dataset's trials beside `target`, and gives their paths.
+std::vector<fs::path> copyTrials(const OpenDataset& source, const fs::path& target, CreatedFiles& created)
+{
+    std::vector<fs::path> copies;
+    for (int i = 0; i < source.dataset.m_aTrialFilePath.GetSize(); ++i) {
+        copies.push_back(trialPath(target, i));
+        created.add(copies.back());
+        fs::copy_file(findTrial(source, i), copies.back());
+    }
+    return copies;
+}
+
+// Takes folder and file name from the document, and keeps the session's name, which goes by the document otherwise.
+void takeDocument(OpenDataset& open)
+{
+    const CString session = open.dataset.getSessionName();
+    open.dataset.setDocument(&open.document, true);
+    open.dataset.setSessionName(session);
+}
+
+void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& created)
+{
+    if (!fs::is_directory(target.parent_path()))
+        throw std::runtime_error(shownPath(target.parent_path()) + ": there is no such folder");
+    created.add(target);
+    ReadingNotes notes;
+    const auto source = openDatasetToLook(from, notes);
+    const std::vector<fs::path> copies = copyTrials(*source, target, created);
+    source->path = target;
+    source->document.SetPathName(fromNative(target));
+    source->dataset._cleanDatasetTrials(); // the resident trial is the source's; its copy lies on disk
+    source->dataset.m_ppTrial.allocate(static_cast<int>(copies.size()));
+    takeDocument(*source);
+    source->dataset.m_aTrialFilePath.RemoveAll();
+    for (const fs::path& copy : copies)
+        source->dataset.m_aTrialFilePath.Add(fromNative(copy));
+    source->dataset.m_nTotalTrial = static_cast<int>(copies.size());
+    storeDataset(*source);
+}
+
+std::unique_ptr<OpenDataset> openToChange(const fs::path& path)
+{
+    ReadingNotes notes;
+    auto open = openDatasetToLook(path, notes);
+    for (const std::string& message : notes.messages)
+        AfxMessageBox(message, MB_OK);
+    return open;
+}
+
+void write(OpenDataset& open, const fs::path& path)
+{
+    CFile file;
+    CFileException exception;
+    if (!file.Open(fromNative(path), CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive, &exception))
+        throw std::runtime_error(exception.GetErrorMessage().toUtf8());
+    CArchive archive(&file, CArchive::store);
+    open.dataset.serializezk(archive);
+    archive.Close();
+    file.Close();
+}
+
+} // namespace
+
+void addAnswerOptions(CLI::App& command, bool& yes, bool& no)
+{
+    CLI::Option* const yesOption = command.add_flag("--yes", yes, "Answer every question with yes");
+    command.add_flag("--no", no, "Answer every question with no")->excludes(yesOption);
+}
+
+void addChangeOptions(CLI::App& command, ChangeArguments& arguments)
+{
+    command.add_option("DATASET", arguments.dataset, "A dataset file (.meg)")->required();
+    CLI::Option* const out =
+        command.add_option("--out", arguments.out, "Leave the dataset as it is, and write the changed one here");
+    command.add_flag("--in-place", arguments.inPlace, "Change the dataset itself")->excludes(out);
+    addAnswerOptions(command, arguments.yes, arguments.no);
+}
+
+void storeDataset(OpenDataset& open)
+{
+    const fs::path part = open.path.string() + ".part";
+    try {
+        write(open, part);
+        if (open.dataset.getUnsavedTrials().GetSize() > 0)
+            throw std::runtime_error(shownPath(open.path) + ": a trial can't be saved");
+        fs::rename(part, open.path);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(part, ignored);
+        throw;
+    }
+}
+
+void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change)
+{
+    const AnsweringHost host(arguments);
+    const fs::path target = targetOf(arguments);
+    CreatedFiles created;
+    if (!arguments.inPlace)
+        copyDataset(absolutePath(arguments.dataset), target, created);
+    const auto open = openToChange(target);
+    takeDocument(*open);
+    change(*open);
+    storeDataset(*open);
+    created.keep();
+}
+
+} // namespace megset::cli

@@ -1,0 +1,37 @@
+#pragma once
+// What all commands that change a dataset share: where the result goes, and who answers questions.
+
+#include "apps/cli/dataset/openDataset.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <string>
+
+namespace megset::cli {
+
+struct ChangeArguments
+{
+    std::string dataset;
+    std::string out; ///< path of the new dataset; empty: none was named
+    bool inPlace = false;
+    bool yes = false;
+    bool no = false;
+};
+
+/// DATASET, --out, --in-place, --yes and --no.
+void addChangeOptions(CLI::App& command, ChangeArguments& arguments);
+
+/// --yes and --no alone, for commands that make something new.
+void addAnswerOptions(CLI::App& command, bool& yes, bool& no);
+
+/// Opens the dataset, or first copies it with its trials to the new place, calls `change` on it, and stores it. What
+/// the library asks is answered as told, else asked on a terminal, else No. When something fails, a copy is removed,
+/// and a std::runtime_error tells why; a dataset that is changed in place is stored only after `change` returned.
+void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change);
+
+/// Writes the dataset's file, in one step: a failure leaves the former file. Throws std::runtime_error; trials that
+/// could not be saved are told.
+void storeDataset(OpenDataset& open);
+
+} // namespace megset::cli

@@ -1,0 +1,40 @@
+#pragma once
+// Opens dataset files for the commands.
+
+#include "megset/core/CMDChannelzk.h"
+#include "megset/core/CMDTrialzk.h"
+#include "megset/core/CMEGDatazk.h"
+#include "megset/platform/CDocument.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace megset::cli {
+
+/// A dataset with the document that it was opened from. The document outlives the dataset that points to it.
+struct OpenDataset
+{
+    std::filesystem::path path; ///< absolute
+    CDocument document;
+    CMEGDatazk dataset;
+};
+
+/// What a dataset's reader had to say on its way, and the bytes that it left behind the record.
+struct ReadingNotes
+{
+    std::vector<std::string> messages;
+    std::uint64_t bytesLeft = 0;
+};
+
+/// Opens a dataset to look at it: nobody is asked, nothing is written, and others may have the file open. A trial that
+/// isn't found doesn't hinder; the current trial is then not in memory. Throws std::runtime_error with path and reason
+/// when the dataset itself can't be read.
+std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes);
+
+/// Where the file of a trial is, by the library's search but without a question; empty when it isn't found.
+CString findTrialFile(const OpenDataset& open, int trial);
+
+} // namespace megset::cli
