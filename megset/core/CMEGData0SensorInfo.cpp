@@ -2,8 +2,10 @@
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
+#include "megset/core/GradientPlan.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace megset {
 
@@ -110,6 +112,100 @@ int CMEGData0SensorInfo::setMEGSensorName(const CString& raw, const CString& wor
 int CMEGData0SensorInfo::setMEGSensorParameter(const CMEGSensorzk* sensor, int chan, int trial, bool all)
 {
     return forward(trial, all, [&](CMDTrialzk& slot) { return slot.setMEGSensorParameter(sensor, chan); });
+}
+
+// ---- noise reduction
+
+// Plans for all trials in memory come before the first sample changes: a plan that finds no memory changes nothing.
+template <class Plan>
+void CMEGData0SensorInfo::changeTrials(Plan plan)
+{
+    std::vector<GradientPlan> plans;
+    for (int i = 0; i < m_nTotalTrial; ++i)
+        if (const CMDTrialzk* slot = getMDTrial(i))
+            plan(plans.emplace_back(*slot, *m_recordInfo.getSensorCoefficientzk()));
+    for (const GradientPlan& ready : plans)
+        ready.run();
+}
+
+int CMEGData0SensorInfo::setGradientNoiseReduction(int order, bool realIdeal, bool adaptive)
+{
+    if (order < 0 || order > 3)
+        return 0;
+    // What setGradient2Non does and the new sums go in one pass over the samples.
+    changeTrials([&](GradientPlan& plan) {
+        plan.addOldSums();
+        plan.subtractNewSums({order, realIdeal, adaptive});
+    });
+    return 1;
+}
+
+int CMEGData0SensorInfo::setGradient2Non()
+{
+    changeTrials([](GradientPlan& plan) { plan.addOldSums(); });
+    return 1;
+}
+
+namespace {
+
+double slowSum(const CMDTrialzk& trial, const CCoefficientDatazk& record, double sensorGain, std::int64_t i)
+{
+    double s = 0.0;
+    for (int k = 0; k < std::min(record.m_nCoefCount, CCoefficientData::maxReferences); ++k) {
+        const auto at = static_cast<std::size_t>(k);
+        const CString& name = record.m_aCoefRefName[at];
+        s += record.m_aCoefValue[at] * trial.getChannelPt4Name(name)->getDataWave()[i] *
+             trial.getReferenceSensorGain(name) / sensorGain;
+    }
+    return s;
+}
+
+// Calls `change(trial, channel, sensor)` for each MEG measure channel with a sensor of the trials in memory.
+template <class Change>
+void forMeasureChannels(const CMEGData& data, Change change)
+{
+    for (int t = 0; t < data.getTotalTrial(); ++t) {
+        const CMDTrialzk* trial = data.getMDTrial(t);
+        for (int c = 0; trial != nullptr && c < trial->getTotalChannel(); ++c) {
+            const CMDChannelzk* channel = trial->m_ppChannel[c];
+            CMEGSensorzk* sensor = channel != nullptr ? channel->getMEGSensorzk() : nullptr;
+            if (sensor != nullptr && channel->isMEGMeasureChannel())
+                change(*trial, *channel, *sensor);
+        }
+    }
+}
+
+} // namespace
+
+int CMEGData0SensorInfo::setGradientNoiseReductionSlow(int order, bool realIdeal, bool adaptive)
+{
+    if (order < 0 || order > 3)
+        return 0;
+    setGradient2Non(); // the quick one: it is meant so
+    forMeasureChannels(*this, [&](const CMDTrialzk& trial, const CMDChannelzk& channel, CMEGSensorzk& sensor) {
+        const CCoefficientDatazk* record = m_recordInfo.getSensorCoefficientzk()->getSensorCoefRecord(
+            sensor.getSensorName(), order, realIdeal, adaptive);
+        if (record == nullptr)
+            return;
+        for (std::int64_t i = 0; i < channel.getTotalSample(); ++i)
+            channel.getDataWave()[i] -= slowSum(trial, *record, sensor.sensorGain(), i);
+        sensor.setGradOrderNo(order);
+        sensor.setRealIdealCoefMode(realIdeal);
+        sensor.setAdaptiveBalance(adaptive);
+    });
+    return 1;
+}
+
+int CMEGData0SensorInfo::setGradient2NonSlow()
+{
+    forMeasureChannels(*this, [&](const CMDTrialzk& trial, const CMDChannelzk& channel, const CMEGSensorzk& sensor) {
+        const CCoefficientDatazk* record = m_recordInfo.getSensorCoefficientzk()->getSensorCoefRecord(
+            sensor.getSensorName(), sensor.getGradOrderNo(), sensor.getRealIdealCoefMode(),
+            sensor.getAdaptiveBalance());
+        for (std::int64_t i = 0; record != nullptr && i < channel.getTotalSample(); ++i)
+            channel.getDataWave()[i] += slowSum(trial, *record, sensor.sensorGain(), i);
+    });
+    return 1;
 }
 
 int CMEGData0SensorInfo::setShowSensor2DOverlap(bool overlap)

@@ -27,6 +27,19 @@ public:
     int setMEGSensorName(const CString& raw, const CString& working, int chan, int trial, bool all);
     int setMEGSensorParameter(const CMEGSensorzk* sensor, int chan, int trial, bool all);
 
+    // Noise reduction: from each channel the sum of reference channels that makes it a synthetic gradiometer (see
+    // GradientPlan), by the coefficients of the recording information. Over the working samples of all trials in
+    // memory; raw samples stay as they are, no trial is opened, and nothing is told to anybody.
+
+    /// Takes MEG measure channels back from what their sensors' modes say, as setGradient2Non does, then brings all
+    /// channels that have a record of the new mode to it, and notes it in their sensors. A channel without such a
+    /// record stays at order 0, and its sensor keeps the former mode. Channels go in array order: later ones see
+    /// references that have changed. 1; 0 with nothing changed for an order outside 0 to 3.
+    int setGradientNoiseReduction(int order, bool realIdeal, bool adaptive);
+    /// Adds to each MEG measure channel the sum that its sensor's mode says was taken away. The modes stay, so that
+    /// a second call adds the sum once more: callers use setGradientNoiseReduction. Gives 1.
+    int setGradient2Non();
+
     int getShowMEGSensor() const { return m_bShowMEGSensor; }
     int getShowMEGSensorActive() const { return m_bShowMEGSensorActive; }
     int getShowSensor2DOverlap() const { return m_bShowSensor2DOverlap; }
@@ -37,6 +50,14 @@ public:
     static bool getShow4SensorType01(int type);
 
 private:
+    // The same arithmetic in its simplest form, to hold the others against: channel by channel, with the weights taken
+    // apart anew for every sample; the references must exist, and only MEG measure channels are brought to the new
+    // mode.
+    int setGradientNoiseReductionSlow(int order, bool realIdeal, bool adaptive);
+    int setGradient2NonSlow();
+
+    template <class Plan>
+    void changeTrials(Plan plan);
     template <class Operation>
     int forward(int trial, bool all, Operation operation);
     int getChannelPos(int chan, double& x, double& y, double& z, int trial) const;

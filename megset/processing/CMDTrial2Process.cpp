@@ -51,6 +51,16 @@ int CMDTrial2Process::applyMEGSnsrGainDir2Chnls(bool once)
     return 1;
 }
 
+int CMDTrial2Process::scaleWaveData(double factor, int alsoBackup, int)
+{
+    if (!m_ppChannel)
+        return 0;
+    for (int i = 0; i < getTotalChannel(); ++i)
+        if (CMDChannelzk* channel = m_ppChannel[i])
+            channel->scaleWaveData(factor, alsoBackup);
+    return 1;
+}
+
 int CMDTrial2Process::getAllSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to,
                                                std::span<ChannelStatistics> out) const
 {

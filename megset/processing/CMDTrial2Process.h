@@ -22,6 +22,9 @@ public:
     /// Multiplies the samples of every channel by its MEG sensor's gain (CMDChannel::applyMEGSnsrGainDir2Data); 0 with
     /// no channels.
     int applyMEGSnsrGainDir2Chnls(bool once);
+    /// CMDChannel7ProcessX::scaleWaveData on every channel, whatever each gives: the working samples and, with
+    /// `alsoBackup`, the raw ones, times the factor. The last argument is not read. 0 with no channels.
+    int scaleWaveData(double factor, int alsoBackup, int);
     /// CMDChannel::getSelectMinMeaMaxSdV of all channels in one go: the same numbers to the bit, several times as fast
     /// as channel after channel. out[i] is of channel i, all 0 for one that is absent or has no samples. Gives the
     /// number of channels written: as many as there are and as `out` holds.
