@@ -23,6 +23,9 @@ public:
     /// text where a record failed. What was read until then stays; a section that a version lacks leaves its fields as
     /// they are. Archive exceptions pass: a file of version 20161123 ends with one, after all of it was read.
     int serializezk(CArchive& ar);
+    /// The same without the trials' own files: nothing is opened and nothing saved. What an old file has of trials in
+    /// itself is read. For programs that look into a file and change nothing.
+    int serializeWithoutTrials(CArchive& ar);
     /// The step behind the newest file's last byte. Storing saves every trial in memory to its own file, and it stays
     /// in memory; at the first that can't be saved it shows "Save trial data error!" and ends, and that trial goes to
     /// getUnsavedTrials(). Gives 1 always. Loading brings the current index into range and opens that trial. 0 with "No
@@ -117,6 +120,8 @@ private:
     int makeMissingFlags(CArchive& ar);
     int storeTrials();
     int openCurrentTrial();
+
+    bool m_bWithoutTrials = false; ///< during serializeWithoutTrials
 
     static const FormatVersion<CMEGData9FileB> s_versions[23];
 };
