@@ -200,10 +200,6 @@ int CMEGData::saveAllTrials()
 int CMEGData::saveTrialAt(int index)
 {
     std::unique_ptr<CMDTrialzk> trial = m_ppTrial.release(index);
-    const auto keep = [&] {
-        m_aUnsavedPlace.push_back(index);
-        m_aUnsavedTrial.Add(std::move(trial));
-    };
     CString path = m_aTrialFilePath.GetAt(index);
     try {
         if (trial->saveTrialData(path, m_pDocument, m_strDatasetPath, false)) {
@@ -211,11 +207,36 @@ int CMEGData::saveTrialAt(int index)
             return 1;
         }
     } catch (...) {
-        keep();
+        keepUnsavedTrial(std::move(trial), index);
         throw;
     }
-    keep();
+    keepUnsavedTrial(std::move(trial), index);
     return 0;
+}
+
+void CMEGData::keepUnsavedTrial(std::unique_ptr<CMDTrialzk> trial, int place)
+{
+    m_aUnsavedPlace.push_back(place);
+    m_aUnsavedTrial.Add(std::move(trial));
+}
+
+int CMEGData::placeOfTrial(const CMDTrialzk* trial) const
+{
+    for (int i = 0; trial != nullptr && i < m_nTotalTrial; ++i)
+        if (m_ppTrial[i] == trial)
+            return i;
+    return -1;
+}
+
+void CMEGData::removeUnsavedPlace(int place)
+{
+    for (int& each : m_aUnsavedPlace)
+        each = each == place ? -1 : each > place ? each - 1 : each;
+}
+
+void CMEGData::removeUnsavedPlaces()
+{
+    std::fill(m_aUnsavedPlace.begin(), m_aUnsavedPlace.end(), -1);
 }
 
 // Oldest first: of two versions of one trial the later one is what its file holds in the end.
@@ -232,7 +253,7 @@ int CMEGData::saveUnsavedTrial(int i)
 {
     CMDTrialzk& trial = *m_aUnsavedTrial.GetAt(i);
     const int place = m_aUnsavedPlace[static_cast<std::size_t>(i)];
-    const bool hasPath = place < m_aTrialFilePath.GetSize();
+    const bool hasPath = place >= 0 && place < m_aTrialFilePath.GetSize();
     CString path = hasPath ? m_aTrialFilePath.GetAt(place) : trial.m_strTrialFilePath;
     if (!trial.saveTrialData(path, m_pDocument, m_strDatasetPath, true))
         return 0;

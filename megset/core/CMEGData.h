@@ -74,6 +74,12 @@ public:
     /// "Error Path Array" (other numbers of trials and paths).
     CString getTrialFilePath(int trial) const;
     CString getTrialFileName(int trial) const;
+    /// Looks for a trial's file as it stands and in the current directory, then asks: "Would like to find the file%s
+    /// %s". 1 when found, 2 when the user has chosen a file, both with the full path in `path` and its folder in
+    /// m_strTrialFolder, which 1 also makes the current directory; 0 when there is none.
+    int _checkFindFile(CString& path);
+    /// The same with the document's folder looked at first. Gives the path found, else an empty one.
+    CString _checkGetFileSameFold4Path(CString& path);
     int applyMEGSnsrGainDirTrial(int trial, bool once);
 
     // Data of the trial in memory
@@ -287,6 +293,15 @@ protected:
     int trialIndex(int trial) const { return trial == -1 ? m_nCurrentTrial : trial; }
     int saveTrialAt(int index);
     int saveUnsavedTrial(int i);
+    /// Takes a trial that has no place in memory into the unsaved trials; a place of -1 stands for none in the list.
+    void keepUnsavedTrial(std::unique_ptr<CMDTrialzk> trial, int place);
+    /// The places of unsaved trials follow the list, from which one place was removed, or all of them.
+    void removeUnsavedPlace(int place);
+    void removeUnsavedPlaces();
+    /// The place in which the trial is, -1 for none.
+    int placeOfTrial(const CMDTrialzk* trial) const;
+    /// m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.
+    bool takeTrialFolder(const CString& folder);
     void warnOfChangedSamples(const CMDTrialzk& trial) const;
 
 private:
@@ -299,9 +314,10 @@ private:
     int countVirtualAtEnd(int& virt);
     int countAllTrials(int& real, int& virt);
     CString trialFileFault(int index) const;
+    bool takeFoundTrialFile(const CString& candidate, CString& path);
 
     CTypedPtrArray<CMDTrialzk> m_aUnsavedTrial;
-    std::vector<int> m_aUnsavedPlace; ///< their places in the trial list
+    std::vector<int> m_aUnsavedPlace; ///< their places in the trial list, -1 for none
 };
 
 } // namespace megset

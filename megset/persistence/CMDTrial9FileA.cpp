@@ -35,7 +35,7 @@ CString CMDTrial9FileA::filePath2PathBasic(const CString& path)
 int CMDTrial9FileA::findFile(const CString& path, CString& found)
 {
     CFileFind finder;
-    if (!finder.FindFile(path))
+    if (!finder.FindFile(path) || finder.IsDirectory())
         return 0;
     found = finder.GetFilePath();
     return 1;

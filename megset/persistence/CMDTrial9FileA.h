@@ -18,7 +18,7 @@ public:
     static CString fileName2FileTitle(const CString& name);
     /// Everything before the last dot; empty if there is none.
     static CString filePath2PathBasic(const CString& path);
-    /// 1 with the full path in `found` when the file system finds `path`, else 0 with `found` as it was.
+    /// 1 with the full path in `found` when the file system finds a file at `path`, else 0 with `found` as it was.
     static int findFile(const CString& path, CString& found);
     /// The path of a file that exists: beside the document, beside the dataset file, as it stands, at the current
     /// directory, or where the user points when `ask` is set ("Would like to find the file%s"). Empty when there is
