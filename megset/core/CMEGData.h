@@ -196,6 +196,8 @@ public:
     CString m_strProcessInfo; ///< carried through the file
     CMEGRecordInfozkProzk m_recordInfo;
     CPtrArray m_aViewer;               ///< views to repaint, CWnd*, not owned
+    int m_bViewRedraw = 0;             ///< samples changed under the views; theirs to reset
+    int m_bBusy = 0;                   ///< while the dataset is copied; in memory only
     CDocument* m_pDocument = nullptr;  ///< the application's, not owned
     CFilterDcLtSettingzk m_filterDcLt; ///< the filter setting in force
     CFilterDcLtSettingzk m_filterDcLt2;
