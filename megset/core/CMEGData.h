@@ -303,8 +303,10 @@ protected:
     void removeUnsavedPlaces();
     /// The place in which the trial is, -1 for none.
     int placeOfTrial(const CMDTrialzk* trial) const;
-    /// m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.
+    /// Sets m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.
     bool takeTrialFolder(const CString& folder);
+    /// Whether both the re-sampling step and the number of samples are others than those of the recording.
+    bool isUnlikeRecording(const CMDTrialzk& trial) const;
     void warnOfChangedSamples(const CMDTrialzk& trial) const;
 
 private:
