@@ -50,15 +50,17 @@ public:
     /// for the caller to add. 0 unless it grows, and without memory ("Not enough memory?!").
     int expandTrialSpace(int total);
 
-private:
+protected:
     using TrialArray = SlotArray<CMDTrialzk>;
 
+    bool makeLonger(TrialArray& longer, int total) const;
+    CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
+
+private:
     int takeDocumentPath(const CString& path);
     int askForFolder();
     template <class Add>
     int takeOver(CMDTrialzk* trial, Add add);
-    bool makeLonger(TrialArray& longer, int total) const;
-    CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
     int saveTrialAs(CMDTrialzk& trial, const CString& path) const;
     void saveAddedTrial(CMDTrialzk& trial, const CString& path);
     CString freePath(const CString& stem, int exceptPlace) const;
