@@ -318,7 +318,7 @@ TEST_F(TrialExchange, AFileThatEndsEarlyReadsAsZeros)
     const auto whole = importable(600, "ab").bytes();
     for (std::size_t length = 4; length <= whole.size(); ++length) {
         CMEGDatazk empty;
-        CMemFile part(std::span(whole).first(length));
+        CMemFile part{std::span(whole).first(length)};
         EXPECT_EQ(empty.export_importMEGData(part, true, -1), 1);
         const CString expected = length < 13 ? "" : length < 15 ? "a" : "ab";
         ASSERT_EQ(empty.m_strSessionName, expected) << length;
@@ -342,7 +342,7 @@ TEST_F(TrialExchange, WithoutMemoryTheDatasetStaysAsItIs)
         CMEGDatazk small;
         small.initMEGData(0, 0, 0);
         host.clearRecord();
-        CMemFile source(std::span(importable().bytes()));
+        CMemFile source{std::span(importable().bytes())};
         if (small.export_importMEGData(source, true, -1) == 1) {
             EXPECT_EQ(small.getTotalTrial(), 1);
             host.expectNoMessages();
