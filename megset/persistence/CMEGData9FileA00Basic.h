@@ -118,9 +118,13 @@ public:
     /// it mended.
     int updateTrlPath4Doc(CDocument* doc);
 
-private:
+protected:
     using TrialArray = SlotArray<CMDTrialzk>;
 
+    bool makeLonger(TrialArray& longer, int total) const;
+    CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
+
+private:
     int takeDocumentPath(const CString& path);
     int askForFolder();
 
@@ -130,7 +134,6 @@ private:
     void correctTotal();
     template <class Add>
     int takeOver(CMDTrialzk* trial, Add add);
-    CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
     void saveAddedTrial(CMDTrialzk& trial, const CString& path);
     CString addedPath() const;
     template <class Sample, class Add>
