@@ -50,7 +50,7 @@ public:
     /// for the caller to add. 0 unless it grows, and without memory ("Not enough memory?!").
     int expandTrialSpace(int total);
 
-private:
+protected:
     using TrialArray = SlotArray<CMDTrialzk>;
 
     int takeDocumentPath(const CString& path);
