@@ -10,7 +10,8 @@ namespace megset::numeric {
 
 namespace {
 
-constexpr std::size_t blockSamples = 1024;
+// A block of some hundred channels is read for the sum and is still near when the sum is taken from it.
+constexpr std::size_t blockSamples = 256;
 
 template <class Value>
 std::span<Value> part(std::span<Value> x, std::size_t begin, std::size_t count)
