@@ -54,10 +54,10 @@ std::span<const double> spanOf(const double* data, std::int64_t count)
     return data != nullptr && count > 0 ? std::span(data, static_cast<std::size_t>(count)) : std::span<const double>();
 }
 
-void average(const std::vector<numeric::Weighted>& signals, double* to, std::int64_t count)
+void average(const std::vector<numeric::WeightedSignal>& signals, double* to, std::int64_t count)
 {
-    const numeric::WeightedSum mean = {signals, static_cast<double>(signals.size())};
-    numeric::weightedSum(mean, std::span(to, static_cast<std::size_t>(count)));
+    const numeric::SignalSum mean = {signals, static_cast<double>(signals.size())};
+    numeric::signalSum(mean, std::span(to, static_cast<std::size_t>(count)));
 }
 
 } // namespace
@@ -88,8 +88,8 @@ int CMDTrial2Process::checkInitEegMeaAvrg(int create)
 // or without memory.
 std::unique_ptr<CMDChannelzk> CMDTrial2Process::makeEegMeasureAverage() const
 {
-    std::vector<numeric::Weighted> waves;
-    std::vector<numeric::Weighted> backups;
+    std::vector<numeric::WeightedSignal> waves;
+    std::vector<numeric::WeightedSignal> backups;
     for (int i = 0; i < getTotalChannel(); ++i) {
         const CMDChannelzk* channel = m_ppChannel[i];
         if (channel == nullptr || !channel->isEEGMeasureChannel())

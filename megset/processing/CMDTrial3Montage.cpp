@@ -96,11 +96,11 @@ void CMDTrial3Montage::applyCommon(Sign sign, Store store, std::int64_t length) 
         sign == Sign::add ? numeric::addToEach(reference, targets) : numeric::subtractFromEach(reference, targets);
         return;
     }
-    std::vector<numeric::Weighted> signals;
+    std::vector<numeric::WeightedSignal> signals;
     for (int i = 0; i < unit.m_aMtgOperators.GetSize(); ++i)
         if (const CMtgChnlOperatorzk* reference = unit.m_aMtgOperators.GetAt(i))
             signals.push_back({samplesOf(reference->m_nMtgChnlID, store), reference->m_dMtgWeight});
-    const numeric::WeightedSum sum = {signals, unit.m_dMtgDivisor};
+    const numeric::SignalSum sum = {signals, unit.m_dMtgDivisor};
     const auto samples = static_cast<std::size_t>(length);
     sign == Sign::add ? numeric::addToEach(sum, samples, targets) : numeric::subtractFromEach(sum, samples, targets);
 }
@@ -238,7 +238,7 @@ int CMDTrial3Montage::applyIndividual(Sign sign, bool byName)
 // `length` is that of a reference made of several channels.
 void CMDTrial3Montage::applyUnit(const CMtgUnit4IndividualRefzk& unit, Sign sign, bool byName, std::int64_t length)
 {
-    std::vector<numeric::Weighted> signals;
+    std::vector<numeric::WeightedSignal> signals;
     for (int i = 0; i < unit.m_aMtgRefOperators.GetSize(); ++i) {
         const CMtgChnlOperatorzk* reference = unit.m_aMtgRefOperators.GetAt(i);
         const int channel = reference != nullptr ? findOperator(*reference, byName) : -1;
@@ -260,7 +260,7 @@ void CMDTrial3Montage::applyUnit(const CMtgUnit4IndividualRefzk& unit, Sign sign
     channel->reverseRawData();
     const std::span<double> samples[] = {samplesOf(target, Store::wave)};
     const auto whole = static_cast<std::size_t>(length);
-    const numeric::WeightedSum sum = {signals, unit.m_dMtgRefDivisor};
+    const numeric::SignalSum sum = {signals, unit.m_dMtgRefDivisor};
     if (isSingle)
         sign == Sign::add ? numeric::addToEach(signals[0].samples, samples)
                           : numeric::subtractFromEach(signals[0].samples, samples);

@@ -13,39 +13,39 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(WeightedSums, AreFormedInOrderAndThenDivided)
+TEST(SignalSums, AreFormedInOrderAndThenDivided)
 {
     const std::vector<double> a = {1.0, 2.0, 3.0};
     const std::vector<double> b = {10.0, 20.0};
-    const Weighted signals[] = {{a, 2.0}, {b, -1.0}};
+    const WeightedSignal signals[] = {{a, 2.0}, {b, -1.0}};
     std::vector<double> to(4, 99.0);
-    weightedSum({signals, 4.0}, to);
+    signalSum({signals, 4.0}, to);
     EXPECT_THAT(to, ElementsAre(-2.0, -4.0, 1.5, 0.0));
 }
 
-TEST(WeightedSums, AreNotDividedByADivisorOfZeroOrBelow)
+TEST(SignalSums, AreNotDividedByADivisorOfZeroOrBelow)
 {
     const std::vector<double> a = {1.0, -2.0};
-    const Weighted signals[] = {{a, 3.0}};
+    const WeightedSignal signals[] = {{a, 3.0}};
     for (const double divisor : {0.0, -0.0, -4.0, std::nan("")}) {
         std::vector<double> to(2);
-        weightedSum({signals, divisor}, to);
+        signalSum({signals, divisor}, to);
         EXPECT_THAT(to, ElementsAre(3.0, -6.0));
     }
 }
 
-TEST(WeightedSums, OfNothingAreZero)
+TEST(SignalSums, OfNothingAreZero)
 {
     std::vector<double> to(3, 5.0);
-    weightedSum({{}, 2.0}, to);
+    signalSum({{}, 2.0}, to);
     EXPECT_THAT(to, ElementsAre(0.0, 0.0, 0.0));
-    weightedSum({{}, 2.0}, {});
+    signalSum({{}, 2.0}, {});
 }
 
 TEST(ReferenceOfMany, EndsWithTheLengthAndWithEachTarget)
 {
     const std::vector<double> a = {1.0, 2.0, 3.0, 4.0};
-    const Weighted signals[] = {{a, 1.0}};
+    const WeightedSignal signals[] = {{a, 1.0}};
     std::vector<double> x(4, 10.0);
     std::vector<double> shorter(2, 10.0);
     std::vector<double> none;
@@ -100,11 +100,11 @@ TEST(ReferencesOfRandomSignals, AreThoseOfPlainLoopsToTheBit)
             for (std::size_t i = 0; i < std::min(length, x[k].size()); ++i)
                 expected[k][i] -= sum[i];
 
-        std::vector<Weighted> signals;
+        std::vector<WeightedSignal> signals;
         for (const std::size_t k : {4U, 1U, 7U, 4U})
             signals.push_back({x[k], 0.1 + static_cast<double>(k)});
         std::vector<double> formed(length);
-        weightedSum({signals, divisor}, formed);
+        signalSum({signals, divisor}, formed);
         EXPECT_TRUE(sameSamples(formed, sum)) << seed;
         std::vector<std::span<double>> targets;
         for (const std::size_t k : {0U, 1U, 4U, 8U, 1U})
@@ -121,6 +121,30 @@ TEST(ReferencesOfRandomSignals, AreThoseOfPlainLoopsToTheBit)
         for (std::size_t k = 0; k < x.size(); ++k)
             EXPECT_TRUE(sameSamples(x[k], expected[k])) << seed << ' ' << k;
     }
+}
+
+// Enough signals for the pass over four, with ends inside and at the bounds of blocks.
+TEST(SumsOfManySignals, AreFormedOneAfterTheOtherToTheBit)
+{
+    for (const bool awkward : {false, true})
+        for (std::size_t count = 0; count < 14; ++count) {
+            std::vector<std::vector<double>> x;
+            std::vector<WeightedSignal> signals;
+            for (unsigned k = 0; k < count; ++k) {
+                const std::size_t n = k % 5 == 3 ? 256 + 10 * k : 1100;
+                x.push_back(awkward ? awkwardSamples(n, k, true) : randomSamples(n, k));
+                signals.push_back({x.back(), 0.3 * k - 1.0});
+            }
+            std::vector<double> expected(1100, 0.0);
+            for (std::size_t k = 0; k < count; ++k)
+                for (std::size_t i = 0; i < x[k].size(); ++i)
+                    expected[i] += x[k][i] * signals[k].weight;
+            for (double& value : expected)
+                value /= 7.0;
+            std::vector<double> to(1100);
+            signalSum({signals, 7.0}, to);
+            EXPECT_TRUE(sameSamples(to, expected)) << count;
+        }
 }
 
 } // namespace
