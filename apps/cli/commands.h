@@ -23,4 +23,7 @@ void addCheck(CLI::App& program);
 /// `export DATASET`: samples as a NumPy or text file.
 void addExport(CLI::App& program);
 
+/// `phantom DEST.ds`: a simulated recording in the CTF format.
+void addPhantom(CLI::App& program);
+
 } // namespace megset::cli

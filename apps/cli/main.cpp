@@ -19,6 +19,7 @@ void addCommands(CLI::App& program)
     megset::cli::addInfo(program);
     megset::cli::addCheck(program);
     megset::cli::addExport(program);
+    megset::cli::addPhantom(program);
 }
 
 int runCommand(CLI::App& program, int argc, char** argv)

@@ -1,0 +1,49 @@
+#include "apps/phantom/phantom.h"
+#include "apps/cli/commands.h"
+
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+namespace megset::cli {
+
+namespace {
+
+struct Arguments
+{
+    std::string folder;
+    phantom::PhantomOptions options;
+};
+
+void writePhantom(const Arguments& arguments)
+{
+    try {
+        const phantom::PhantomReport report = phantom::writePhantom(arguments.folder, arguments.options);
+        std::cout << arguments.folder << ": " << report.plan.trials << " trials, " << report.channels << " channels, "
+                  << report.plan.samples << " samples at " << arguments.options.rate << " Hz, "
+                  << report.plan.stimuli.size() << " stimuli\n";
+    } catch (const std::invalid_argument& fault) {
+        // What was asked for can't be: wrong usage.
+        throw CLI::ValidationError("phantom", fault.what());
+    }
+}
+
+} // namespace
+
+void addPhantom(CLI::App& program)
+{
+    auto arguments = std::make_shared<Arguments>();
+    phantom::PhantomOptions& options = arguments->options;
+    CLI::App* const command = program.add_subcommand(
+        "phantom",
+        "Write a simulated recording in the CTF format: stimuli, answers, alpha rhythm, noise, interference");
+    command->add_option("DEST", arguments->folder, "The new folder; its name ends with .ds")->required();
+    command->add_option("--trials", options.trials, "Number of trials")->capture_default_str();
+    command->add_option("--seconds", options.seconds, "Length of a trial")->capture_default_str();
+    command->add_option("--rate", options.rate, "Samples a second")->capture_default_str();
+    command->add_option("--channels", options.channels, "Number of gradiometers, up to 275")->capture_default_str();
+    command->add_option("--seed", options.seed, "Another number makes another recording")->capture_default_str();
+    command->callback([arguments] { writePhantom(*arguments); });
+}
+
+} // namespace megset::cli
