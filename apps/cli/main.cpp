@@ -20,6 +20,10 @@ void addCommands(CLI::App& program)
     megset::cli::addCheck(program);
     megset::cli::addExport(program);
     megset::cli::addPhantom(program);
+    megset::cli::addGradient(program);
+    megset::cli::addRestore(program);
+    megset::cli::addLayout(program);
+    megset::cli::addManual(program);
 }
 
 int runCommand(CLI::App& program, int argc, char** argv)

@@ -123,18 +123,18 @@ protected:
 
     bool makeLonger(TrialArray& longer, int total) const;
     CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
+    CString freePath(const CString& stem, int exceptPlace, const CStringArray& more = {}) const;
+    void saveAddedTrial(CMDTrialzk& trial, const CString& path);
 
 private:
     int takeDocumentPath(const CString& path);
     int askForFolder();
 
     int saveTrialAs(CMDTrialzk& trial, const CString& path, const CString& name) const;
-    CString freePath(const CString& stem, int exceptPlace, const CStringArray& more = {}) const;
 
     void correctTotal();
     template <class Add>
     int takeOver(CMDTrialzk* trial, Add add);
-    void saveAddedTrial(CMDTrialzk& trial, const CString& path);
     CString addedPath() const;
     template <class Sample, class Add>
     int fillTrial(int trial, int channels, std::int64_t samples, const Sample* data, Add add);
