@@ -76,7 +76,6 @@ void CMEGData9FileA01CtfMISL::Geometry::bindSensors(CMDTrialzk& trial) const
             AfxMessageBox("Finding recorded MEG sensor error!", MB_OK);
             continue;
         }
-        // An index of -1 would be the current channel; it doesn't come up here.
         if (!hasNames(i) || !trial.setMEGSensorParameter(sensor, i) ||
             !trial.setMEGSensorName(sensorNames->GetAt(i), channelNames->GetAt(i), i)) {
             AfxMessageBox("Set sensor error", MB_OK);
@@ -206,9 +205,9 @@ int CMEGData9FileA01CtfMISL::importCtfDataTsplit(int block, int nTrialPerBlock, 
 {
     const std::int64_t first = static_cast<std::int64_t>(block) * nTrialPerBlock;
     for (std::int64_t k = 0; k < nTrialPerBlock; ++k) {
-        // -1 would be the current trial.
         const bool isTrial = first + k >= 0 && first + k < m_nTotalTrial;
-        const CMDTrialzk* opened = openForImport(isTrial ? static_cast<int>(first + k) : m_nTotalTrial);
+        const int index = isTrial ? static_cast<int>(first + k) : m_nTotalTrial; // -1 would be the current trial
+        const CMDTrialzk* opened = openForImport(index);
         if (opened == nullptr)
             return 0;
         const std::int32_t* const begin = data != nullptr ? data + k * nSample : nullptr;

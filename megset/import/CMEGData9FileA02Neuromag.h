@@ -17,7 +17,8 @@ public:
     int addImportNeuromagTrial(CMDTrialzk* trial, int bVirtual);
 
     /// Adds a copy of the trial behind the last one and makes it current, by way of its file
-    /// "<folder><session>DragDropTrial<index>.trl". The given trial stays whose it is, with the path that it has. Mode
+    /// "<folder><session>DragDropTrial<index>.trl". The given trial stays whose it is, with the path that it has; one
+    /// of this dataset leaves memory with the others, which are saved. Mode
     /// 1 cuts the copy to samples from..to, both included, left-aligned, mode 2 centred (CMDChannel::chopSize4Select),
     /// which makes theirs the recording's sample count and leaves the copy on disk; every other mode takes all samples.
     ///
