@@ -59,9 +59,9 @@ void setCoils(const Channel& channel, CMEGSensorzk& sensor)
         turns.push_back(coil.turns != 0 ? coil.turns : 1);
     }
     const bool hasHead = isLocalised(channel);
-    sensor.initSensorBasic(0, channel.name, channelTypeName(channel), static_cast<int>(dewar.positions.size()),
-                           turns.data(), dewar.positions.data(), dewar.directions.data(),
-                           hasHead ? head.positions.data() : nullptr, hasHead ? head.directions.data() : nullptr);
+    sensor.initSensorBasic(0, {}, {}, static_cast<int>(dewar.positions.size()), turns.data(), dewar.positions.data(),
+                           dewar.directions.data(), hasHead ? head.positions.data() : nullptr,
+                           hasHead ? head.directions.data() : nullptr);
     for (std::size_t i = 0; i < channel.coils.size(); ++i)
         sensor.m_pSnsCoils.m_aCoils[i].m_dCoilDiameter = coilSize(channel.coils[i].area, channel.coilShape);
 }
@@ -99,16 +99,36 @@ void setElectrodePlace(const Channel& channel, CMEGSensorzk& sensor)
     sensor.m_dSnsGeom[3] = 1.0;
 }
 
-CMEGSensorzk librarySensor(const Res4& header, std::size_t index)
+// Whether another channel's name holds this one's, as MLP11 holds that of the reference P11.
+bool isPartOfAnother(const Res4& header, const Channel& channel)
+{
+    return std::any_of(header.channels.begin(), header.channels.end(), [&](const Channel& other) {
+        return other.isField() && other.name != channel.name && other.name.find(channel.name) != std::string::npos;
+    });
+}
+
+// The names of the sensors. The library takes the first coefficient record whose name holds the sensor's: a name that
+// stands in another one is put between blanks, here and in its records.
+std::vector<CString> sensorNames(const Res4& header)
+{
+    std::vector<CString> names;
+    names.reserve(header.channels.size());
+    for (const Channel& channel : header.channels)
+        names.emplace_back(channel.isField() && isPartOfAnother(header, channel) ? " " + channel.name + " "
+                                                                                 : channel.name);
+    return names;
+}
+
+CMEGSensorzk librarySensor(const Res4& header, std::size_t index, const CString& name)
 {
     const Channel& channel = header.channels[index];
     CMEGSensorzk sensor;
-    sensor.m_strSensorName = channel.name;
-    sensor.m_strSensorTypeName = channelTypeName(channel);
     if (channel.isField())
         setCoils(channel, sensor);
     else if (channel.kind() == Kind::eeg)
         setElectrodePlace(channel, sensor);
+    sensor.m_strSensorName = name;
+    sensor.m_strSensorTypeName = channelTypeName(channel);
     sensor.initSensorInfo(static_cast<int>(index), channelType(channel), channel.coilShape,
                           channel.isField() ? channel.gradientOrder : 0, channel.properGain, channel.qGain,
                           channel.ioGain, channel.ioOffset);
@@ -251,8 +271,9 @@ std::vector<CMEGSensorzk> librarySensors(const Res4& header)
 {
     std::vector<CMEGSensorzk> sensors;
     sensors.reserve(header.channels.size());
+    const std::vector<CString> names = sensorNames(header);
     for (std::size_t i = 0; i < header.channels.size(); ++i)
-        sensors.push_back(librarySensor(header, i));
+        sensors.push_back(librarySensor(header, i, names[i]));
     return sensors;
 }
 
@@ -300,14 +321,14 @@ std::vector<CCoefficientDatazk> libraryCoefficients(const Res4& header)
 {
     static_assert(format::coefficients::maxCount == CCoefficientData::maxReferences);
     std::vector<CCoefficientDatazk> records(header.coefficients.size());
+    const std::vector<CString> names = sensorNames(header);
     for (std::size_t i = 0; i < records.size(); ++i) {
         const Coefficients& from = header.coefficients[i];
-        const auto nameOf = [&](int channel) { return header.channels[static_cast<std::size_t>(channel)].name; };
-        records[i].m_strCoefSensorName = nameOf(from.channel);
+        records[i].m_strCoefSensorName = names[static_cast<std::size_t>(from.channel)];
         records[i].m_nCoefType = from.type;
         records[i].m_nCoefCount = static_cast<std::int32_t>(from.weights.size());
         for (std::size_t k = 0; k < from.weights.size(); ++k) {
-            records[i].m_aCoefRefName[k] = nameOf(from.weights[k].channel);
+            records[i].m_aCoefRefName[k] = header.channels[static_cast<std::size_t>(from.weights[k].channel)].name;
             records[i].m_aCoefValue[k] = from.weights[k].value;
         }
     }

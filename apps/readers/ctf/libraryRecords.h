@@ -32,7 +32,7 @@ std::vector<CEEGelectrodezk> libraryElectrodes(const Res4& header);
 /// application, 15 sensor file. Coefficients stay.
 void setRecordingInformation(const Recording& recording, CMEGRecordInfo& info);
 
-/// The coefficient records, with the names of the channels as they stand in the channel list.
+/// The coefficient records, with the names of the sensors, and of the references as they stand in the channel list.
 std::vector<CCoefficientDatazk> libraryCoefficients(const Res4& header);
 
 /// Sets fiducials and transforms of both frames, and puts the head frame to work. 1; 0, with nothing changed, when the

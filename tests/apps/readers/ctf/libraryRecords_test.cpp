@@ -231,6 +231,26 @@ TEST_F(CtfLibraryRecords, CoefficientsNameTheChannels)
     EXPECT_EQ(records[1].m_aCoefValue[2], 0.0);
 }
 
+TEST_F(CtfLibraryRecords, AReferenceWhoseNameStandsInASensorsFindsItsOwnCoefficientsAlone)
+{
+    m_builder.channels[2].name = "P11-1";
+    m_builder.channels[3].name = "MLP11-1";
+    m_builder.coefficients = {{"MLP11-1", "G3BR", {{"P11-1", 0.5}}},
+                              {"MLP11-1", "G1BR", {{"BG1-1", 0.5}}},
+                              {"P11-1", "G1BR", {{"BG1-1", 0.25}}}};
+    const std::vector<CMEGSensorzk> sensors = librarySensors(header());
+    const std::vector<CCoefficientDatazk> records = libraryCoefficients(header());
+    CCoefficientManagerzk manager;
+    manager.addCoefficientsData(static_cast<int>(records.size()), records.data());
+    const CString& reference = sensors[2].getSensorName();
+    EXPECT_EQ(reference, " P11-1 ");
+    EXPECT_EQ(manager.getSensorCoefRecord(reference, 3, true, false), nullptr);
+    ASSERT_NE(manager.getSensorCoefRecord(reference, 1, true, false), nullptr);
+    EXPECT_EQ(manager.getSensorCoefRecord(reference, 1, true, false)->m_aCoefValue[0], 0.25);
+    EXPECT_EQ(sensors[3].getSensorName(), "MLP11-1");
+    EXPECT_EQ(manager.getSensorCoefRecord("MLP11-1", 3, true, false)->m_aCoefRefName[0], "P11-1");
+}
+
 TEST_F(CtfLibraryRecords, HeadCoilsBecomeFiducialsOfBothFrames)
 {
     HeadCoils coils;
