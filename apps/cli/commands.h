@@ -26,6 +26,12 @@ void addExport(CLI::App& program);
 /// `phantom DEST.ds`: a simulated recording in the CTF format.
 void addPhantom(CLI::App& program);
 
+/// `import SOURCE.ds DEST.meg`: a dataset of a recording.
+void addImport(CLI::App& program);
+
+/// `demo [DIR]`: a session from the recording to clean samples, on a phantom.
+void addDemo(CLI::App& program);
+
 /// `gradient DATASET --order N`: noise reduction by the reference channels.
 void addGradient(CLI::App& program);
 

@@ -15,6 +15,8 @@ enum ExitCode
 void addCommands(CLI::App& program)
 {
     megset::cli::addVersion(program);
+    megset::cli::addDemo(program);
+    megset::cli::addImport(program);
     megset::cli::addInspect(program);
     megset::cli::addInfo(program);
     megset::cli::addCheck(program);

@@ -1,6 +1,7 @@
 #include "apps/readers/ctf/libraryRecords.h"
 #include "apps/readers/ctf/alignFrames.h"
 #include "apps/readers/ctf/frames.h"
+#include "apps/readers/recordedMode.h"
 
 #include <algorithm>
 #include <array>
@@ -134,6 +135,7 @@ CMEGSensorzk librarySensor(const Res4& header, std::size_t index, const CString&
                           channel.ioGain, channel.ioOffset);
     sensor.setRealIdealCoefMode(true);
     sensor.setAdaptiveBalance(isAdaptive(header, static_cast<int>(index), sensor.getGradOrderNo()));
+    noteRecordedMode(sensor);
     return sensor;
 }
 
