@@ -73,8 +73,11 @@ std::vector<int> stimulusSamples(int first, int interval, int pulse, int samples
 
 std::span<const Stimulus> PhantomPlan::stimuliOf(int trial) const
 {
-    const auto range = std::ranges::equal_range(stimuli, trial, {}, &Stimulus::trial);
-    return {range.begin(), range.end()};
+    const auto begin = std::lower_bound(stimuli.begin(), stimuli.end(), trial,
+                                        [](const Stimulus& stimulus, int number) { return stimulus.trial < number; });
+    const auto end = std::upper_bound(begin, stimuli.end(), trial,
+                                      [](int number, const Stimulus& stimulus) { return number < stimulus.trial; });
+    return {begin, end};
 }
 
 PhantomPlan planPhantom(const PhantomOptions& options)
