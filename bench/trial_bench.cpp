@@ -5,6 +5,7 @@
 // being as fast as plain, and `cpu_ratio` the same in processor time, which tells more on a machine with other work.
 
 #include "bench/benchFolder.h"
+#include "bench/comparison.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -13,7 +14,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -22,10 +22,7 @@
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <malloc.h>
-#include <time.h> // NOLINT(modernize-deprecated-headers): clock_gettime is POSIX
-#include <unistd.h>
 
 namespace megset {
 namespace {
@@ -79,101 +76,12 @@ std::unique_ptr<CMDTrialzk> opened()
     return trial;
 }
 
-// ---- plain system calls
+// ---- measuring
 
 std::filesystem::path plainPath()
 {
     return benchFolder() / "plain";
 }
-
-template <class Transfer>
-void plain(int flags, std::vector<char>& data, Transfer transfer)
-{
-    const int file = ::open(plainPath().c_str(), flags, 0666);
-    for (std::size_t done = 0; done < data.size();) {
-        const ssize_t moved = transfer(file, data.data() + done, data.size() - done);
-        if (moved <= 0)
-            std::abort();
-        done += static_cast<std::size_t>(moved);
-    }
-    ::close(file);
-}
-
-void plainWrite(std::vector<char>& data)
-{
-    plain(O_WRONLY | O_CREAT | O_TRUNC, data, ::write);
-}
-
-void plainRead(std::vector<char>& data)
-{
-    plain(O_RDONLY, data, ::read);
-}
-
-// ---- measuring
-
-struct Seconds
-{
-    double wall = 0.0;
-    double processor = 0.0; ///< of this process, the system's work for it included
-};
-
-double clockSeconds(clockid_t clock)
-{
-    timespec now = {};
-    ::clock_gettime(clock, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-template <class Work>
-Seconds secondsOf(Work work)
-{
-    const double wall = clockSeconds(CLOCK_MONOTONIC);
-    const double processor = clockSeconds(CLOCK_PROCESS_CPUTIME_ID);
-    work();
-    return {clockSeconds(CLOCK_MONOTONIC) - wall, clockSeconds(CLOCK_PROCESS_CPUTIME_ID) - processor};
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-/// The times of the plain way and of the library's, pair by pair. They take turns in going first, because what comes
-/// second may have to wait for the disk.
-class Comparison
-{
-public:
-    /// Gives the library's seconds.
-    template <class Plain, class Megset>
-    double measure(Plain plainWork, Megset megsetWork)
-    {
-        const bool plainFirst = m_ratio.size() % 2 == 0;
-        Seconds plainSeconds = plainFirst ? secondsOf(plainWork) : Seconds{};
-        const Seconds seconds = secondsOf(megsetWork);
-        if (!plainFirst)
-            plainSeconds = secondsOf(plainWork);
-        m_plain.push_back(plainSeconds.wall);
-        m_megset.push_back(seconds.wall);
-        m_ratio.push_back(plainSeconds.wall / seconds.wall);
-        m_processorRatio.push_back(plainSeconds.processor / seconds.processor);
-        return seconds.wall;
-    }
-    void tell(benchmark::State& state) const
-    {
-        state.counters["plain_ms"] = 1e3 * median(m_plain);
-        state.counters["megset_ms"] = 1e3 * median(m_megset);
-        state.counters["ratio"] = median(m_ratio);
-        state.counters["cpu_ratio"] = median(m_processorRatio);
-    }
-
-private:
-    std::vector<double> m_plain;
-    std::vector<double> m_megset;
-    std::vector<double> m_ratio;
-    std::vector<double> m_processorRatio;
-};
 
 void removeFiles()
 {
@@ -189,7 +97,7 @@ void SaveTrial(benchmark::State& state, const Shape& shape)
     Comparison comparison;
     for (auto _ : state) {
         removeFiles();
-        state.SetIterationTime(comparison.measure([&] { plainWrite(data); }, [&] { save(*trial); }));
+        state.SetIterationTime(comparison.measure([&] { plainWrite(plainPath(), data); }, [&] { save(*trial); }));
     }
     comparison.tell(state);
 }
@@ -200,11 +108,11 @@ void OpenTrial(benchmark::State& state, const Shape& shape)
     auto trial = madeTrial(shape);
     std::vector<char> data(shape.bytes(), 1);
     save(*trial);
-    plainWrite(data);
+    plainWrite(plainPath(), data);
     Comparison comparison;
     for (auto _ : state) {
         trial.reset();
-        state.SetIterationTime(comparison.measure([&] { plainRead(data); }, [&] { trial = opened(); }));
+        state.SetIterationTime(comparison.measure([&] { plainRead(plainPath(), data); }, [&] { trial = opened(); }));
     }
     comparison.tell(state);
 }
@@ -218,8 +126,8 @@ void ChangeTrial(benchmark::State& state, const Shape& shape)
     for (auto _ : state) {
         removeFiles();
         const auto plainWork = [&] {
-            plainWrite(data);
-            plainRead(data);
+            plainWrite(plainPath(), data);
+            plainRead(plainPath(), data);
         };
         const auto megsetWork = [&] {
             save(*trial);

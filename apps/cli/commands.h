@@ -26,4 +26,22 @@ void addExport(CLI::App& program);
 /// `phantom DEST.ds`: a simulated recording in the CTF format.
 void addPhantom(CLI::App& program);
 
+/// `import SOURCE.ds DEST.meg`: a dataset of a recording.
+void addImport(CLI::App& program);
+
+/// `demo [DIR]`: a session from the recording to clean samples, on a phantom.
+void addDemo(CLI::App& program);
+
+/// `gradient DATASET --order N`: noise reduction by the reference channels.
+void addGradient(CLI::App& program);
+
+/// `restore DATASET`: back to the samples as recorded.
+void addRestore(CLI::App& program);
+
+/// `man` and `completion SHELL`, of all commands that the program has.
+void addManual(CLI::App& program);
+
+/// `layout DATASET --svg FILE`: the sensors on the plane.
+void addLayout(CLI::App& program);
+
 } // namespace megset::cli

@@ -15,11 +15,17 @@ enum ExitCode
 void addCommands(CLI::App& program)
 {
     megset::cli::addVersion(program);
+    megset::cli::addDemo(program);
+    megset::cli::addImport(program);
     megset::cli::addInspect(program);
     megset::cli::addInfo(program);
     megset::cli::addCheck(program);
     megset::cli::addExport(program);
     megset::cli::addPhantom(program);
+    megset::cli::addGradient(program);
+    megset::cli::addRestore(program);
+    megset::cli::addLayout(program);
+    megset::cli::addManual(program);
 }
 
 int runCommand(CLI::App& program, int argc, char** argv)

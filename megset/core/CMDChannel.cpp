@@ -320,6 +320,38 @@ std::int64_t CMDChannel::getSelectMinMeaMaxV(std::int64_t from, std::int64_t to,
     return std::ssize(samples);
 }
 
+void CMDChannel::getSelectMinMeaMaxV(std::span<const CMDChannel* const> channels, std::int64_t from, std::int64_t to,
+                                     std::span<ChannelMeans> out)
+{
+    constexpr std::size_t blockChannels = 64;
+    channels = channels.first(std::min(channels.size(), out.size()));
+    for (std::size_t begin = 0; begin < channels.size(); begin += blockChannels) {
+        std::array<numeric::Row, blockChannels> rows;
+        std::array<numeric::SampleStatistics, blockChannels> sums;
+        const std::size_t count = std::min(blockChannels, channels.size() - begin);
+        for (std::size_t i = 0; i < count; ++i)
+            if (const CMDChannel* channel = channels[begin + i])
+                rows[i] = channel->statisticsSpan(from, to);
+        numeric::statisticsOfRows(std::span(rows).first(count), sums, numeric::noStart);
+        for (std::size_t i = 0; i < count; ++i)
+            out[begin + i] =
+                rows[i].empty() ? ChannelMeans() : channels[begin + i]->meansOf(sums[i], rows[i], from, to);
+    }
+}
+
+ChannelMeans CMDChannel::meansOf(const numeric::SampleStatistics& sums, std::span<const double> samples,
+                                 std::int64_t from, std::int64_t to) const
+{
+    const double divisor = static_cast<double>(samples.size());
+    const double mean = sums.sum / divisor;
+    return {std::ssize(samples),
+            sums.min,
+            mean,
+            sums.max,
+            sums.sumOfSquares / divisor,
+            resolveRange(from, to).isForward() ? mean : 0.0};
+}
+
 std::int64_t CMDChannel::getSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to, double* min, double* mean,
                                                double* max, double* rms, double* sd, double* meanPlus2Sd) const
 {

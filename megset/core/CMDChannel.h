@@ -15,6 +15,9 @@
 
 namespace megset {
 
+namespace numeric {
+struct SampleStatistics;
+}
 class CSpctmChnlzk;
 class CFreqDataChnlzk;
 class CChnlWaveAnalyzedResultzk;
@@ -29,6 +32,17 @@ struct ChannelStatistics
     double rms = 0.0;
     double sd = 0.0;
     double meanPlus2Sd = 0.0;
+};
+
+/// The shorter statistics of a range of one channel; all 0 without samples.
+struct ChannelMeans
+{
+    std::int64_t samples = 0; ///< samples used
+    double min = 0.0;
+    double mean = 0.0;
+    double max = 0.0;
+    double meanSquare = 0.0;
+    double current = 0.0; ///< the mean as getCurrentV gives it: 0.0 for a reversed range
 };
 
 /// Samples are in femtotesla for MEG and microvolts for EEG. Ranges of samples include both ends; a range end of -1
@@ -85,6 +99,10 @@ public:
     /// square.
     std::int64_t getSelectMinMeaMaxV(std::int64_t from, std::int64_t to, double* min, double* mean, double* max,
                                      double* meanSquare) const;
+    /// The same of many channels at once, to the bit, and several times as fast: out[i] is of channels[i], for as many
+    /// as both spans have. A null channel counts as one without samples.
+    static void getSelectMinMeaMaxV(std::span<const CMDChannel* const> channels, std::int64_t from, std::int64_t to,
+                                    std::span<ChannelMeans> out);
     /// The same with root mean square (of a single sample its plain square), deviation and mean + 2 deviations. The
     /// deviation leaves the first sample out of its sum and still divides by the full count: it is meant so.
     std::int64_t getSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to, double* min, double* mean, double* max,
@@ -212,6 +230,8 @@ private:
     bool allocateMissing(std::int64_t nWave, std::int64_t nBk, bool zero);
     bool growBackup(std::int64_t n);
     std::span<const double> statisticsSpan(std::int64_t from, std::int64_t to) const;
+    ChannelMeans meansOf(const numeric::SampleStatistics& sums, std::span<const double> samples, std::int64_t from,
+                         std::int64_t to) const;
     void clampCurrentSample();
     void placeSelection(std::span<double> target, int mode, const SampleRange& range) const;
     void copyAligned(std::span<double> target, std::int64_t source, std::int64_t place, std::int64_t first,

@@ -1,7 +1,9 @@
 #include "megset/core/CMDChannel7ProcessX.h"
 
 #include "megset/numeric/arithmetic.h"
+#include "megset/numeric/resample.h"
 #include "megset/numeric/statistics.h"
+#include "megset/platform/AfxMessageBox.h"
 #include "megset/records/records.h"
 
 #include <algorithm>
@@ -18,6 +20,26 @@ int truncatedToInt(double value)
     constexpr double low = std::numeric_limits<int>::min();
     constexpr double high = std::numeric_limits<int>::max();
     return static_cast<int>(std::clamp(value, low, high));
+}
+
+// A file may give any count and any factor: the working samples stay within this many times the raw ones.
+constexpr std::int64_t mostStretch = 4096;
+
+// The same for the samples that a mean is made of: behind the raw ones it is the last one over and over.
+constexpr std::int64_t mostRun = std::int64_t{1} << 20;
+
+void reSample(std::span<const double> from, bool average, std::int64_t factor, std::span<double> to)
+{
+    const std::int64_t most = std::max(mostRun, std::ssize(from));
+    const auto run = static_cast<std::size_t>(std::clamp<std::int64_t>(factor, 1, most));
+    average&& run > 1 ? numeric::averageEvery(from, run, to) : numeric::pickEvery(from, run, to);
+}
+
+// Fills the runs that begin inside `from`, and leaves the rest of `to` alone.
+void reSampleRuns(std::span<const double> from, bool average, std::int64_t factor, std::span<double> to)
+{
+    const std::int64_t runs = (std::ssize(from) - 1) / factor + 1;
+    reSample(from, average, factor, to.first(static_cast<std::size_t>(runs)));
 }
 
 } // namespace
@@ -74,6 +96,40 @@ int CMDChannel7ProcessX::expandDataPoints(std::int64_t n, const int* src, std::i
         dst[i] = truncatedToInt((x - static_cast<double>(low)) * valueAt(low) +
                                 (static_cast<double>(high) - x) * valueAt(high));
     }
+    return 1;
+}
+
+int CMDChannel7ProcessX::reSampleBkData(bool average, std::int64_t factor, std::int64_t n)
+{
+    const auto raw = backupSpan();
+    if (raw.empty())
+        return 1;
+    if (m_nTotalSample != n || m_pDataWave == nullptr) {
+        _cleanTimeDataC(false);
+        if (n / mostStretch <= std::ssize(raw))
+            m_pDataWave = tryNewSamples(n, false);
+    }
+    if (m_pDataWave == nullptr) {
+        AfxMessageBox("Not enough memory!", MB_OK);
+        return 0;
+    }
+    m_nTotalSample = n;
+    reSample(raw, average, factor, waveSpan());
+    m_nCurrentSample = std::clamp<std::int64_t>(m_nCurrentSample, 0, std::max<std::int64_t>(n - 1, 0));
+    return 1;
+}
+
+int CMDChannel7ProcessX::reSampleFrom(const CMDChannel7ProcessX& source, bool average, std::int64_t factor)
+{
+    const auto wave = source.waveSpan();
+    const auto raw = source.backupSpan();
+    if (&source == this || wave.empty() || raw.empty())
+        return 0;
+    const std::int64_t run = std::max<std::int64_t>(factor, 1);
+    if (!initDataBk(std::ssize(wave) / run + 1, std::ssize(raw) / run + 1, true))
+        return 0;
+    reSampleRuns(wave, average, run, waveSpan());
+    reSampleRuns(raw, average, run, backupSpan());
     return 1;
 }
 

@@ -25,6 +25,20 @@ public:
     /// unless 0 < n < m and both arrays are given.
     static int expandDataPoints(std::int64_t n, const int* src, std::int64_t m, int* dst);
 
+    // Re-sampling by a factor: one sample for each run of `factor` samples, which is the run's first, or with `average`
+    // (and a factor above 1) their mean. A factor below 1 counts as 1.
+
+    /// Makes n working samples from the raw ones, repeating the last raw sample where these end, and brings the current
+    /// sample inside. The working array is made anew only when its count changes. A run that is longer than the raw
+    /// samples ends after 1,048,576 samples. 1, also for a channel without raw samples, which is left as it is; 0
+    /// without memory, or for an n above 4096 times the raw samples ("Not enough memory!"), with no working samples
+    /// left.
+    int reSampleBkData(bool average, std::int64_t factor, std::int64_t n);
+    /// Makes working and raw samples from those of another channel, count / factor + 1 of each. Where the count divides
+    /// by the factor there is no run for the last of them, which is 0: it is meant so. 1; 0 for a source without
+    /// working or without raw samples, with nothing changed, and without memory ("Not enough memory!").
+    int reSampleFrom(const CMDChannel7ProcessX& source, bool average, std::int64_t factor);
+
     // The channel's sensor; 0 without one.
 
     /// Distance of its coils in mm; 0.0 for a channel that is of no MEG type, too.

@@ -3,7 +3,6 @@
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/platform/AfxMessageBox.h"
-#include "megset/platform/pathParts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -170,15 +169,18 @@ int CMEGData::openTrial(int trial)
     return current.getAllChannelPt() ? 1 : 0;
 }
 
-void CMEGData::warnOfChangedSamples(const CMDTrialzk& trial) const
+bool CMEGData::isUnlikeRecording(const CMDTrialzk& trial) const
 {
     const CMDChannelzk* first = trial.getChannel(0);
-    if (first == nullptr)
-        return;
-    if (trial.m_nTrialResampleStep != m_recordInfo.m_nResampleFactor &&
-        first->m_nTotalSample != m_recordInfo.m_nRecTotalSample)
+    return first != nullptr && trial.m_nTrialResampleStep != m_recordInfo.m_nResampleFactor &&
+           first->m_nTotalSample != m_recordInfo.m_nRecTotalSample;
+}
+
+void CMEGData::warnOfChangedSamples(const CMDTrialzk& trial) const
+{
+    if (isUnlikeRecording(trial))
         AfxMessageBox(CString::formatted("Sample has been changed: %I64d->%I64d, Please re-sample and check the data",
-                                         m_recordInfo.m_nRecTotalSample, first->m_nTotalSample),
+                                         m_recordInfo.m_nRecTotalSample, trial.getChannel(0)->m_nTotalSample),
                       MB_OK);
 }
 
@@ -234,9 +236,9 @@ void CMEGData::keepUnsavedTrial(std::unique_ptr<CMDTrialzk> trial, int place)
 
 int CMEGData::placeOfTrial(const CMDTrialzk* trial) const
 {
-    for (int i = 0; trial != nullptr && i < m_nTotalTrial; ++i)
+    for (std::int64_t i = 0; trial != nullptr && i < m_ppTrial.size(); ++i)
         if (m_ppTrial[i] == trial)
-            return i;
+            return static_cast<int>(i);
     return -1;
 }
 
@@ -350,32 +352,6 @@ int CMEGData::getTrialComments(int trial)
 {
     const CMDTrialzk* opened = getTrialzk(trial);
     return opened != nullptr ? opened->m_nGoodTrial : 0;
-}
-
-// The text that stands for a path that can't be given; empty when it can.
-CString CMEGData::trialFileFault(int index) const
-{
-    if (index >= m_nTotalTrial)
-        return "Error > total";
-    if (index < 0)
-        return "Error < 0";
-    if (!m_ppTrial)
-        return "Error No Trials";
-    return pathsMatchTrials() ? "" : "Error Path Array";
-}
-
-CString CMEGData::getTrialFilePath(int trial) const
-{
-    const int index = trialIndex(trial);
-    const CString fault = trialFileFault(index);
-    return fault.IsEmpty() ? m_aTrialFilePath.GetAt(index) : fault;
-}
-
-CString CMEGData::getTrialFileName(int trial) const
-{
-    const int index = trialIndex(trial);
-    const CString fault = trialFileFault(index);
-    return fault.IsEmpty() ? fileTitleOf(m_aTrialFilePath.GetAt(index)) : fault;
 }
 
 int CMEGData::applyMEGSnsrGainDirTrial(int trial, bool once)

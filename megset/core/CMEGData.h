@@ -196,6 +196,8 @@ public:
     CString m_strProcessInfo; ///< carried through the file
     CMEGRecordInfozkProzk m_recordInfo;
     CPtrArray m_aViewer;               ///< views to repaint, CWnd*, not owned
+    int m_bViewRedraw = 0;             ///< samples changed under the views; theirs to reset
+    int m_bBusy = 0;                   ///< while the dataset is copied; in memory only
     CDocument* m_pDocument = nullptr;  ///< the application's, not owned
     CFilterDcLtSettingzk m_filterDcLt; ///< the filter setting in force
     CFilterDcLtSettingzk m_filterDcLt2;
@@ -301,8 +303,10 @@ protected:
     void removeUnsavedPlaces();
     /// The place in which the trial is, -1 for none.
     int placeOfTrial(const CMDTrialzk* trial) const;
-    /// m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.
+    /// Sets m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.
     bool takeTrialFolder(const CString& folder);
+    /// Whether both the re-sampling step and the number of samples are others than those of the recording.
+    bool isUnlikeRecording(const CMDTrialzk& trial) const;
     void warnOfChangedSamples(const CMDTrialzk& trial) const;
 
 private:

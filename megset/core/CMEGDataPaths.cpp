@@ -5,6 +5,7 @@
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CDocument.h"
 #include "megset/platform/CFileDialog.h"
+#include "megset/platform/pathParts.h"
 #include "megset/platform/paths.h"
 
 #include <array>
@@ -32,11 +33,37 @@ CString directoryOfSearch()
 
 } // namespace
 
+// The text that stands for a path that can't be given; empty when it can.
+CString CMEGData::trialFileFault(int index) const
+{
+    if (index >= m_nTotalTrial)
+        return "Error > total";
+    if (index < 0)
+        return "Error < 0";
+    if (!m_ppTrial)
+        return "Error No Trials";
+    return pathsMatchTrials() ? "" : "Error Path Array";
+}
+
+CString CMEGData::getTrialFilePath(int trial) const
+{
+    const int index = trialIndex(trial);
+    const CString fault = trialFileFault(index);
+    return fault.IsEmpty() ? m_aTrialFilePath.GetAt(index) : fault;
+}
+
+CString CMEGData::getTrialFileName(int trial) const
+{
+    const int index = trialIndex(trial);
+    const CString fault = trialFileFault(index);
+    return fault.IsEmpty() ? fileTitleOf(m_aTrialFilePath.GetAt(index)) : fault;
+}
+
 bool CMEGData::takeTrialFolder(const CString& folder)
 {
-    m_strTrialFolder = folder.IsEmpty() ? currentDirectory() : folder;
+    m_strTrialFolder = folder;
     m_strTrialFolder.Replace("/", "\\");
-    if (m_strTrialFolder.Right(1) != "\\")
+    if (!folder.IsEmpty() && m_strTrialFolder.Right(1) != "\\")
         m_strTrialFolder += u'\\';
     return SetCurrentDirectory(m_strTrialFolder);
 }

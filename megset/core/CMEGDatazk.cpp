@@ -2,6 +2,7 @@
 
 #include "megset/core/CMDTrialzk.h"
 #include "megset/platform/AfxMessageBox.h"
+#include "megset/ui/CDlgReSamplingMEGData.h"
 
 #include <algorithm>
 
@@ -15,6 +16,30 @@ int CMEGDatazk::m_nSelectSeegProbeContactID = -1;
 double CMEGDatazk::m_dSelectSeegProbeContactX = 0.0;
 double CMEGDatazk::m_dSelectSeegProbeContactY = 0.0;
 double CMEGDatazk::m_dSelectSeegProbeContactZ = 0.0;
+
+CMEGDatazk::CMEGDatazk() = default;
+CMEGDatazk::~CMEGDatazk() = default;
+
+int CMEGDatazk::copyMegInfo(CMEGDatazk* source)
+{
+    if (source == nullptr)
+        return 0;
+    m_recordInfo = source->m_recordInfo;
+    m_mkTrig = source->m_mkTrig;
+    m_mkTrigRecord = source->m_mkTrigRecord;
+    m_headLocalization = source->m_headLocalization;
+    m_fidEegMeasure = source->m_fidEegMeasure;
+    m_fidWorkEeg = source->m_fidWorkEeg;
+    // The source's current trial stays where there is nothing to be copied to.
+    if (CMDTrialzk* trial = getTrialzk(0))
+        trial->copyTrialInfo(source->getTrialzk(0));
+    return 1;
+}
+
+int CMEGDatazk::showDlgResampleData(CWnd* parent)
+{
+    return CDlgReSamplingMEGData::show(m_pDlgResampling, this, parent, nullptr, nullptr);
+}
 
 int CMEGDatazk::setRecordGeom2Trials(CPtrArray* sensors)
 {

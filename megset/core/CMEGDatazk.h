@@ -5,13 +5,28 @@
 
 namespace megset {
 
+class CDlgReSamplingMEGData;
+class CWnd;
+
 class CMEGDatazk : public CMEGData9FileRecord
 {
 public:
+    CMEGDatazk();
+    /// Waits for a re-sampling that is under way.
+    ~CMEGDatazk() override;
+
     /// Binds the recorded sensors to the channels of all trials, each of which is opened. A null entry shows "Finding
     /// recorded MEG sensor error!", and the walk goes on. 0 for null, without trials, or at a trial that can't be
     /// opened.
     int setRecordGeom2Trials(CPtrArray* sensors);
+    /// Takes over what a session is: recording information, triggers of both kinds with their sample numbers as they
+    /// are, head localisation, EEG fiducials, and, where both have a first trial, what its channels are. 1; 0 for null.
+    int copyMegInfo(CMEGDatazk* source);
+    /// Shows the dataset's own re-sampling dialog, which is made at first use, and stores the parent when it is not
+    /// null. 1; 0 without trials ("There is no data!").
+    int showDlgResampleData(CWnd* parent);
+
+    std::unique_ptr<CDlgReSamplingMEGData> m_pDlgResampling;
 
     // Process-wide, without a lock, in mm.
     static double m_dMsiSelectX;

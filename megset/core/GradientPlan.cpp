@@ -30,9 +30,8 @@ void GradientPlan::addOldSums()
         const CMEGSensorzk* sensor = channel != nullptr ? channel->getMEGSensorzk() : nullptr;
         if (sensor == nullptr || !channel->isMEGMeasureChannel())
             continue;
-        const CCoefficientDatazk* record =
-            m_coefficients.getSensorCoefRecord(sensor->getSensorName(), sensor->getGradOrderNo(),
-                                               sensor->getRealIdealCoefMode(), sensor->getAdaptiveBalance());
+        const GradientMode mode{sensor->getGradOrderNo(), sensor->getRealIdealCoefMode(), sensor->getAdaptiveBalance()};
+        const CCoefficientDatazk* record = recordOf(sensor->getSensorName(), mode);
         if (record != nullptr)
             planSum(*channel, *record, false);
     }
@@ -47,8 +46,7 @@ void GradientPlan::subtractNewSums(const GradientMode& mode)
         if (sensor == nullptr)
             continue;
         // Channels of every kind: a reference that has a record is changed like any other, and it is meant so.
-        const CCoefficientDatazk* record =
-            m_coefficients.getSensorCoefRecord(sensor->getSensorName(), mode.order, mode.realIdeal, mode.adaptive);
+        const CCoefficientDatazk* record = recordOf(sensor->getSensorName(), mode);
         if (record == nullptr)
             continue;
         planSum(*channel, *record, true);
@@ -93,6 +91,24 @@ GradientPlan::Terms GradientPlan::termsOf(const CMDChannelzk& channel, const CCo
         terms.weights.push_back(reference.gain * record.m_aCoefValue[at] / sensorGain);
     }
     return terms;
+}
+
+// What getSensorCoefRecord finds. It would go through all records for every channel, each of which is a new place in
+// memory; those of one type are a fraction.
+const CCoefficientDatazk* GradientPlan::recordOf(const CString& sensorName, const GradientMode& mode)
+{
+    const std::uint32_t type = CCoefficientData::getCoefficientType(mode.order, mode.realIdeal, mode.adaptive);
+    const auto [ofType, isNew] = m_records.try_emplace(type);
+    for (int i = 0; isNew && i < m_coefficients.m_aCoefRecord.GetSize(); ++i) {
+        const CCoefficientDatazk* record = m_coefficients.m_aCoefRecord[i];
+        if (record != nullptr && record->m_nCoefType == type)
+            ofType->second.push_back(record);
+    }
+    const auto found =
+        std::find_if(ofType->second.begin(), ofType->second.end(), [&sensorName](const CCoefficientDatazk* record) {
+            return record->m_strCoefSensorName.Find(sensorName) >= 0;
+        });
+    return found != ofType->second.end() ? *found : nullptr;
 }
 
 const GradientPlan::Reference& GradientPlan::referenceOf(const CString& name)

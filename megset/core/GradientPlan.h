@@ -5,6 +5,7 @@
 #include "megset/numeric/weightedSums.h"
 #include "megset/platform/CString.h"
 
+#include <cstdint>
 #include <map>
 #include <span>
 #include <vector>
@@ -63,10 +64,12 @@ private:
 
     void planSum(const CMDChannelzk& channel, const CCoefficientDatazk& record, bool subtracted);
     Terms termsOf(const CMDChannelzk& channel, const CCoefficientDatazk& record);
+    const CCoefficientDatazk* recordOf(const CString& sensorName, const GradientMode& mode);
     const Reference& referenceOf(const CString& name);
 
     const CMDTrialzk& m_trial;
     const CCoefficientManager& m_coefficients;
+    std::map<std::uint32_t, std::vector<const CCoefficientDatazk*>> m_records; ///< by type, in their order
     std::map<CString, Reference> m_references; ///< the records of all channels name the same few
     std::vector<Terms> m_terms;
     std::vector<numeric::WeightedSum> m_sums;

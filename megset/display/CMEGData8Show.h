@@ -5,6 +5,8 @@
 
 namespace megset {
 
+class CWnd;
+
 class CMEGData8Show : public CMEGData7Measure
 {
 public:
@@ -15,6 +17,10 @@ public:
     /// and "No channel to show" where there is none: the result is 0. 0 with no trial or without memory for the flags,
     /// too.
     int setShowMEGMeasureChannel();
+
+    /// Asks for a repaint of a registered view, or with `all` of every one that has a window and is visible. A view
+    /// that is given is registered first. Without `all` 1, or 0 for null; with `all` the number of registered views.
+    int viewerInvalidate(bool erase, CWnd* view, bool all);
 
 private:
     template <class IsShown>

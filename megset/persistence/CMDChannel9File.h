@@ -1,5 +1,6 @@
 #pragma once
-// The channel record of a trial file: tag "MEGCHANNELZK", every version ever released. Needs all fields of the channel.
+// The channel record of a trial file: tag "MEGCHANNELZK", every version ever released; and the channel in text files.
+// Needs all fields of the channel.
 
 #include "megset/core/CMDChannel7ProcessX.h"
 #include "megset/platform/formatVersion.h"
@@ -20,6 +21,18 @@ public:
     /// file format!!?" and gives 1 all the same.
     int serializezk_obsolete20071230(CArchive& ar, bool readTag);
     int export_importChalData(CArchive& ar);
+
+    // Text, in CMDChannel9FileText.cpp: UTF-16, each piece with its terminating zero. Exceptions of the file pass.
+
+    /// A line of name, number of samples and geometry, and a line of samples in the channel's unit: all of them, or
+    /// with `bSelect` those from `from` to `to`, both included, as far as the channel has them. Gives 1.
+    int exportMEGData2TxtFile(CFile& file, std::int64_t from, std::int64_t to, int bSelect) const;
+    /// The channel's name, by exportCString. Gives 1.
+    int exportSnsrInf2TxtFile(CFile& file) const;
+    /// One value as "%s \n", "%d \n" (signed) or "%.32f \n". They give 1.
+    static int exportCString(CFile& file, const CString& value);
+    static int exportDWORD(CFile& file, std::uint32_t value);
+    static int exportDouble(CFile& file, double value);
 
 protected:
     // The carried fields of the oldest sections, and what follows them at the end of the older records.
@@ -57,6 +70,9 @@ private:
     int exchangeIdentity(CArchive& ar);
     int exchangeRange(CArchive& ar);
     int exchangeSamples(CArchive& ar, SampleArray& samples, std::int64_t count, const char* name);
+    CString textOfGeometry() const;
+    CString textOfMEGSensor() const;
+    CString textOfElectrode() const;
 
     static const FormatVersion<CMDChannel9File> s_versions[9];
 };

@@ -25,6 +25,15 @@ public:
     /// error!" when writing failed, which leaves a part of a file. A full disk raises CFileException.
     int saveTrialData(CString& path, const CDocument* doc, const CString& datasetPath, bool useGivenPath);
 
+    // Text and exchange, in CMDTrial9FileBText.cpp. Exceptions of the file pass.
+
+    /// A channel, -1 for the current one, as CMDChannel9File::exportMEGData2TxtFile writes it; 0 for no channel.
+    int exportMEGData2TxtFile(CFile& file, int channel, std::int64_t from, std::int64_t to, int bSelect) const;
+    /// The name of each channel in turn. Gives 1.
+    int exportSnsrInf2TxtFile(CFile& file) const;
+    /// Does nothing: the exchange file holds no samples. Gives 1.
+    int export_importMEGTrial(CFile* file, bool bImport);
+
 private:
     int serializezk20080229(CArchive& ar);
     int serializezk20080601(CArchive& ar);

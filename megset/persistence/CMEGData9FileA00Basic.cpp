@@ -6,7 +6,10 @@
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CDocument.h"
 #include "megset/platform/CFileDialog.h"
+#include "megset/platform/pathParts.h"
 #include "megset/platform/paths.h"
+
+#include <algorithm>
 
 namespace megset {
 namespace {
@@ -92,30 +95,39 @@ int CMEGData9FileA00Basic::setFilePathDirectory(const CString& path)
 
 // ---- files of trials
 
-// Writes a trial to a path of its own choice. Where that fails the trial keeps the path it had.
-int CMEGData9FileA00Basic::saveTrialAs(CMDTrialzk& trial, const CString& path) const
+// Writes a trial under another name to a path of its own. Where that fails the trial keeps the path and name it had.
+int CMEGData9FileA00Basic::saveTrialAs(CMDTrialzk& trial, const CString& path, const CString& name) const
 {
-    const CString former = trial.m_strTrialFilePath;
+    const CString formerPath = trial.m_strTrialFilePath;
+    const CString formerName = trial.m_strTrialName;
+    const auto restore = [&] {
+        trial.m_strTrialFilePath = formerPath;
+        trial.m_strTrialName = formerName;
+    };
     CString target = path;
+    trial.m_strTrialName = name;
     try {
         if (trial.saveTrialData(target, m_pDocument, m_strDatasetPath, true))
             return 1;
     } catch (...) {
-        trial.m_strTrialFilePath = former;
+        restore();
         throw;
     }
-    trial.m_strTrialFilePath = former;
+    restore();
     return 0;
 }
 
-// "<stem>.trl", or with a number behind the stem when that is the file of another trial than the one at the place.
-CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace) const
+// "<stem>.trl", with a number behind the stem where a trial at another place has a file of that name. The folder does
+// not count: a file beside the dataset is found in place of one of the same name elsewhere.
+CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace, const CStringArray& more) const
 {
     const auto isTaken = [&](const CString& path) {
+        const CString name = fileNameOf(path);
+        const auto isSame = [&](const CString& other) { return fileNameOf(other).CompareNoCase(name) == 0; };
         for (int i = 0; i < m_aTrialFilePath.GetSize(); ++i)
-            if (i != exceptPlace && m_aTrialFilePath.GetAt(i) == path)
+            if (i != exceptPlace && isSame(m_aTrialFilePath.GetAt(i)))
                 return true;
-        return false;
+        return std::any_of(more.begin(), more.end(), isSame);
     };
     CString path = stem + ".trl";
     for (int i = 1; isTaken(path); ++i)
@@ -125,9 +137,11 @@ CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace) co
 
 // ---- trials from elsewhere
 
-bool CMEGData9FileA00Basic::makeLonger(TrialArray& longer, int total) const
+// A file may tell of any number of trials. Without an array no more count than have a path.
+void CMEGData9FileA00Basic::correctTotal()
 {
-    return longer.allocate(total) || fail("Not enough memory?!");
+    if (!m_ppTrial)
+        m_nTotalTrial = std::clamp(m_nTotalTrial, 0, m_aTrialFilePath.GetSize());
 }
 
 // Puts all trials into the longer array and the new one to its end, where it is current.
@@ -171,7 +185,7 @@ CString CMEGData9FileA00Basic::addedPath() const
 // A file that can't be written leaves the trial without a path: the two counts differ from then on.
 void CMEGData9FileA00Basic::saveAddedTrial(CMDTrialzk& trial, const CString& path)
 {
-    if (saveTrialAs(trial, path))
+    if (saveTrialAs(trial, path, trial.m_strTrialName))
         m_aTrialFilePath.Add(trial.m_strTrialFilePath);
 }
 
@@ -181,9 +195,10 @@ int CMEGData9FileA00Basic::addTrial(CMDTrialzk* trial, int isVirtual)
         if (m_pDocument != nullptr)
             setDocument(m_pDocument, true);
         saveAllTrials();
+        correctTotal();
         TrialArray longer;
-        if (!makeLonger(longer, m_nTotalTrial + 1))
-            return 0;
+        if (!longer.allocate(m_nTotalTrial + 1))
+            return fail("Not enough memory?!");
         taken->m_nVirtualTrial = isVirtual;
         taken->m_nTrialKind = isVirtual ? 2 : 1;
         taken->m_nTrialIndex = m_nTotalTrial;
@@ -198,9 +213,10 @@ int CMEGData9FileA00Basic::addTrialSave(CMDTrialzk* trial, const CString& path, 
 {
     return takeOver(trial, [&](std::unique_ptr<CMDTrialzk>& taken) {
         saveAllTrials();
+        correctTotal();
         TrialArray longer;
-        if (!makeLonger(longer, m_nTotalTrial + 1))
-            return 0;
+        if (!longer.allocate(m_nTotalTrial + 1))
+            return fail("Not enough memory?!");
         const bool hasFolder = save == 0 || !path.IsEmpty() || setDocument(nullptr, true);
         const CString target = path.IsEmpty() ? addedPath() : path;
         CMDTrialzk& added = installLast(std::move(longer), std::move(taken));
@@ -245,12 +261,13 @@ int CMEGData9FileA00Basic::setTrialDataF(int trial, int channels, std::int64_t s
 
 int CMEGData9FileA00Basic::expandTrialSpace(int total)
 {
+    correctTotal();
     if (total < 1 || total <= m_nTotalTrial)
         return 0;
     saveAllTrials();
     TrialArray longer;
-    if (!makeLonger(longer, total))
-        return 0;
+    if (!longer.allocate(total))
+        return fail("Not enough memory?!");
     for (int i = m_nTotalTrial; i < total; ++i)
         if (longer.set(i, tryNew<CMDTrialzk>()) == nullptr)
             return fail("Not enough memory?!");

@@ -50,21 +50,102 @@ public:
     /// for the caller to add. 0 unless it grows, and without memory ("Not enough memory?!").
     int expandTrialSpace(int total);
 
-private:
+    /// Adds the trial of a file that the user chooses, and asks "Add the Trial as Virtual (e.g. averaged)?". From
+    /// another folder than the dataset's it asks "Add to the same fold with the dataset file?": Yes copies it there. 1,
+    /// with "The trial data does not match with the recording, please re-sample and check the data!" where length and
+    /// re-sampling are others; 0 when cancelled, with "Open trial data failed " or "Not enough memory?!", and for a
+    /// trial without channels, which is added all the same.
+    int addNewTrial2Dataset();
+
+    // New datasets. The trials before them leave memory without being saved.
+
+    /// Makes a dataset of recorded trials "<index><suffix>" in files "<folder><session>_<name>.trl", with channels as
+    /// those of the model (null: unnamed ones), and opens the first. Folder and names come from
+    /// setDocument(null, true). 1, also where a file can't be written, which leaves its trial without a path; 0 for
+    /// counts below 1, without a folder (cancelled, or "File directory has not been initialized!"), or with "Not
+    /// enough memory?", which leaves a dataset without trials. A model in the dataset ends with the other trials.
+    int setTrialChannels(int trials, int channels, CMDTrialzk* model, const CString& suffix);
+    /// Makes a dataset of one virtual trial, which stays in memory, in the file "<folder><session>1<suffix>.trl"; a
+    /// null suffix is none. 0 as above.
+    int setOneTrialChannels(int channels, CMDTrialzk* model, CDocument* doc, const CString* suffix);
+
+    // Virtual trials. A null source stands for the current trial.
+
+    /// A virtual trial with the channels of the source, of that many samples of zero, for the file
+    /// "<directory><name>.trl", which is not written. It belongs to the caller. Null with "There is no data to make a
+    /// new trial!" or "Not enough memory?", and for a source without channels.
+    CMDTrialzk* makeInitTrial(CMDTrialzk* source, std::int64_t samples, int kind, const CString& directory,
+                              const CString& name);
+    /// Adds a virtual trial "VirtualTrial<index><suffix>.trl", with the source's channels and no samples, makes it
+    /// current and writes its file beside the source's or, where that has none, in the document's folder. Detached it
+    /// leaves memory and belongs to the caller, who gives it back by wkVtTrialReturn or saves it by virtualTrialUpdate;
+    /// else it stays the dataset's. Null with "There is no data for making virtual trial!" or "Not enough memory?!";
+    /// for a source without channels or samples; and, with a trial added, with "Not enough memory?" or where the
+    /// source's file is not found.
+    CMDTrialzk* virtualTrialInit(CMDTrialzk* source, int kind, const CString& suffix, bool detach);
+    /// Replaces the samples of a virtual trial by a block, channel after channel, and saves it. The trial stays whose
+    /// it is. 1; 0 for null, for fewer than 1 channel or sample, for more channels than the trial has, without memory,
+    /// or with "Virtual trial ID is out of range!", "The updated virtual trial file path does not match!" or "Save
+    /// updated virtual trial error!".
+    int virtualTrialUpdate(CMDTrialzk* trial, int channels, std::int64_t samples, const double* data);
+
+    // The work trial
+
+    /// Opens and saves a trial and gives it to the caller, who owns it from then on. Its place reads as on disk. Null
+    /// when it can't be opened, is not virtual with `virtualOnly`, or with "Save trial data error!".
+    CMDTrialzk* wkVtTrialRent(int trial, bool virtualOnly);
+    /// Saves a work trial, puts it back to its place and makes it current. With 1 it belongs to the dataset again; with
+    /// 0, and with an exception, it stays the caller's: null, no place, "Save wkVtTrial trial data error!", or No to
+    /// "The work trial has been changed  or corrupted! continue?", which is asked when its path is another. An index
+    /// outside the list of paths raises the invalid-argument exception.
+    int wkVtTrialReturn(CMDTrialzk* trial);
+
+    // The list of trials and their files
+
+    /// Removes a trial from the dataset; its file stays. 1; 0 with "Delete Trial ID error!", also for -1, or "Not
+    /// enough memory?!".
+    int deleteTrial4Dataset(int trial);
+    /// Writes all trials to files "<folder><session><name>.trl" in the folder of setDocument(doc, true), and lists
+    /// these; the old files stay. 1, also where a trial can't be written, which has no path then; 0 when cancelled, or
+    /// with "Open trial for synchronization error!" and the list as it was.
+    int moveTrlFile2DocFold(CDocument* doc);
+    /// Writes one trial as "<folder><name>.trl" under that name, or without one as "<session>Trial<index>", and lists
+    /// the new file; the old one stays. With a document setDocument(doc, true) comes first. 1; 0 when that is
+    /// cancelled, or with "Open trial error for saving trial to new name!" or "Save trial to new name error!".
+    int saveTrlFile2NewName(CDocument* doc, const CString& name, int trial);
+    /// Mends the paths without opening trials: each as it stands, else in the folder of setDocument(doc, true), else in
+    /// the folder that the user pointed at before, else as the user points now. 0 when cancelled, with the paths before
+    /// it mended.
+    int updateTrlPath4Doc(CDocument* doc);
+
+protected:
     using TrialArray = SlotArray<CMDTrialzk>;
 
-    int takeDocumentPath(const CString& path);
-    int askForFolder();
-    template <class Add>
-    int takeOver(CMDTrialzk* trial, Add add);
     bool makeLonger(TrialArray& longer, int total) const;
     CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
-    int saveTrialAs(CMDTrialzk& trial, const CString& path) const;
+    CString freePath(const CString& stem, int exceptPlace, const CStringArray& more = {}) const;
     void saveAddedTrial(CMDTrialzk& trial, const CString& path);
-    CString freePath(const CString& stem, int exceptPlace) const;
+
+private:
+    int takeDocumentPath(const CString& path);
+    int askForFolder();
+
+    int saveTrialAs(CMDTrialzk& trial, const CString& path, const CString& name) const;
+
+    void correctTotal();
+    template <class Add>
+    int takeOver(CMDTrialzk* trial, Add add);
     CString addedPath() const;
     template <class Sample, class Add>
     int fillTrial(int trial, int channels, std::int64_t samples, const Sample* data, Add add);
+
+    std::unique_ptr<CMDTrialzk> dropTrials(const CMDTrialzk* model);
+    CString virtualTrialStem(const CMDTrialzk& source, const CString& name);
+    void copyToFolder(CMDTrialzk& trial, const CString& title) const;
+    void keepWhatIsInMemory(int place);
+    int deleteTrial(int trial);
+    void moveTrial(int place, bool wasInMemory, CStringArray& moved);
+    bool mendPath(CString& path, CString& pointedFolder) const;
 };
 
 } // namespace megset

@@ -54,13 +54,27 @@ int CMEGData9FileB::serializezk(CArchive& ar)
     return 1; // a store that failed is not told by the result: it is meant so
 }
 
+int CMEGData9FileB::serializeWithoutTrials(CArchive& ar)
+{
+    struct Scope
+    {
+        explicit Scope(bool& without) : m_without(without) { m_without = true; }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope() { m_without = false; }
+        bool& m_without;
+    };
+    const Scope scope(m_bWithoutTrials);
+    return serializezk(ar);
+}
+
 // ---- versions
 
 int CMEGData9FileB::serializezk20200729(CArchive& ar)
 {
     if (!(_00serializeMDTrialInfo(ar) && sections20190609(ar) && tailOf16(ar)))
         return 0;
-    if (!_20serializeTrials(ar.IsStoring() ? 1 : 0))
+    if (!m_bWithoutTrials && !_20serializeTrials(ar.IsStoring() ? 1 : 0))
         AfxMessageBox("Serial trial error!", MB_OK); // the dataset counts as read all the same
     return 1;
 }

@@ -1,6 +1,7 @@
 #pragma once
-// The dataset file: tag "MEGDATASETZK", every version ever released, and the step that saves or opens trials with it.
-// Needs the clean operations and the saving of trials of CMEGData and checkFilePath of CMEGData9FileA00Basic.
+// The dataset file: tag "MEGDATASETZK", every version ever released, and the step that saves or opens trials with it;
+// text export and exchange. Needs the clean operations and the saving of trials of CMEGData and checkFilePath of
+// CMEGData9FileA00Basic.
 
 #include "megset/import/CMEGData9FileA02Neuromag.h"
 #include "megset/platform/formatVersion.h"
@@ -23,6 +24,9 @@ public:
     /// text where a record failed. What was read until then stays; a section that a version lacks leaves its fields as
     /// they are. Archive exceptions pass: a file of version 20161123 ends with one, after all of it was read.
     int serializezk(CArchive& ar);
+    /// The same without the trials' own files: nothing is opened and nothing saved. What an old file has of trials in
+    /// itself is read. For programs that look into a file and change nothing.
+    int serializeWithoutTrials(CArchive& ar);
     /// The step behind the newest file's last byte. Storing saves every trial in memory to its own file, and it stays
     /// in memory; at the first that can't be saved it shows "Save trial data error!" and ends, and that trial goes to
     /// getUnsavedTrials(). Gives 1 always. Loading brings the current index into range and opens that trial. 0 with "No
@@ -30,6 +34,28 @@ public:
     /// and trial error!", a trial of other length and re-sampling than the recording "Sample has been changed:
     /// %I64d->%I64d, Please re-sample and check the data", and the load goes on.
     int _20serializeTrials(int isStoring);
+
+    // Text files for other tools and the exchange file, in CMEGData9FileBText.cpp; docs/formats/export.md shows them.
+    // Files are chosen by the user; ".txt" or ".mtb" is added to a name that doesn't end so. A trial of -1 is the
+    // current one, an index beyond the last trial the last. 0 without trials, for a trial that isn't in memory, and
+    // when the user cancels. A fault in a file, at its opening too, ends the work and is not told: the result is 1.
+
+    /// Samples of the trial. Asks "Would you like to export all channels' data?" (otherwise `channel` alone), "Would
+    /// you like to export visible channel only?" (of all), and for a selection of one sample or none "Selected Size <=
+    /// 1? Export the entire epoch or trial?". With `bSelect` the selection alone; with `bOneFilePerChannel` and all
+    /// channels each channel in a file of its own, with its index behind the chosen name.
+    int exportMEGData2TxtFile(int trial, int bOneFilePerChannel, int channel, int bSelect);
+    /// Session name, index and the names of the trial's channels.
+    int exportSnsrInf2TxtFile(int trial);
+    /// An exchange file of the trial: rate and session name. It can't be read by importMEGData.
+    int exportMEGData(int trial);
+    /// A new empty trial, which is current, from an exchange file. See export_importMEGData.
+    int importMEGData();
+    /// Writes the exchange file, or reads one: "This is not MEG trial data!" and 0 for another file, 0 with "Not enough
+    /// memory?!". In a dataset that has trials another rate asks "Sampling Rate is different! Do you would like to
+    /// continue?" (No gives 0), and "Would you like to use the import parameters?" whether the session takes the name.
+    /// The new trial gets no path. Exceptions of the file pass.
+    int export_importMEGData(CFile& file, bool bImport, int trial);
 
 protected:
     // Sections, each with its number in the file's order. 1, or 0 where one failed.
@@ -117,6 +143,18 @@ private:
     int makeMissingFlags(CArchive& ar);
     int storeTrials();
     int openCurrentTrial();
+
+    struct TextExport;
+    int exportedTrial(int trial) const;
+    bool isExported(int channel, const TextExport& wanted) const;
+    void writeTextHeader(CFile& file, const TextExport& wanted) const;
+    void exportOneFile(const CMDTrialzk& trial, const TextExport& wanted) const;
+    void exportFileEach(const CMDTrialzk& trial, const TextExport& wanted) const;
+    int exportExchange(CFile& file, int index);
+    int importExchange(CFile& file);
+    CMDTrialzk* appendEmptyTrial();
+
+    bool m_bWithoutTrials = false; ///< during serializeWithoutTrials
 
     static const FormatVersion<CMEGData9FileB> s_versions[23];
 };

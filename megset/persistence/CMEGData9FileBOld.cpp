@@ -1,7 +1,7 @@
 // The dataset files of old versions: the routines and sections that nothing writes any more.
 
 #include "megset/core/CMDTrialzk.h"
-#include "megset/persistence/CMEGData9FileB.h"
+#include "megset/core/CMEGDatazk.h"
 #include "megset/platform/archiveLists.h"
 
 #include <utility>
@@ -154,7 +154,7 @@ int CMEGData9FileB::_Zold_00serializeMDTrialzksml(CArchive& ar)
     if (!exchangeSlots(ar, present))
         return 0;
     for (int i = 0; present && i < m_nTotalTrial; ++i)
-        if (exchangeGuard(ar, false) && getTrialzk(i) == nullptr)
+        if (exchangeGuard(ar, false) && !m_bWithoutTrials && getTrialzk(i) == nullptr)
             return failToReadTrial();
     return 1;
 }

@@ -1,5 +1,6 @@
 #include "megset/platform/CArchive.h"
 
+#include "megset/platform/memory.h"
 #include "megset/platform/unicode.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ private:
 CArchive::CArchive(CFile* file, unsigned mode) : m_pFile(file), m_mode(mode == load ? load : store)
 {
     if (IsStoring() && m_pFile != nullptr)
-        m_storeLimit = bufferSize;
+        m_storeLimit = m_capacity;
     noteBytesLeft();
 }
 
@@ -88,10 +89,11 @@ unsigned CArchive::Read(void* data, unsigned count)
     auto* target = static_cast<std::byte*>(data);
     const auto buffered = static_cast<unsigned>(std::min<std::size_t>(count, m_end - m_at));
     if (buffered > 0)
-        std::memcpy(target, m_buffer.data() + m_at, buffered);
+        std::memcpy(target, m_pBuffer + m_at, buffered);
     m_at += buffered;
     unsigned done = buffered;
-    if (count - done >= bufferSize) {
+    widenFor(count - done);
+    if (goesPast(count - done)) {
         m_bufferOffset += m_at;
         m_at = m_end = m_loadLimit = 0;
         const unsigned direct = m_pFile->Read(target + done, count - done);
@@ -101,7 +103,7 @@ unsigned CArchive::Read(void* data, unsigned count)
     } else if (done < count) {
         fill(count - done);
         const auto rest = static_cast<unsigned>(std::min<std::size_t>(count - done, m_end - m_at));
-        std::memcpy(target + done, m_buffer.data() + m_at, rest);
+        std::memcpy(target + done, m_pBuffer + m_at, rest);
         m_at += rest;
         done += rest;
     }
@@ -117,14 +119,13 @@ void CArchive::Write(const void* data, unsigned count)
         traceBlock(position(), {count, count, data, m_blockType});
     if (count == 0)
         return;
-    if (m_at + count > bufferSize)
+    widenFor(count);
+    if (goesPast(count)) {
         drain();
-    if (count < bufferSize) {
-        std::memcpy(m_buffer.data() + m_at, data, count);
-        m_at += count;
-    } else {
         m_pFile->Write(data, count);
         m_bufferOffset += count;
+    } else {
+        append(static_cast<const std::byte*>(data), count);
     }
 }
 
@@ -237,7 +238,7 @@ void CArchive::dropName()
 void CArchive::prepareStore(std::size_t bytes)
 {
     requireStoring();
-    if (m_at + bytes > bufferSize)
+    if (m_at + bytes > m_capacity)
         drain();
 }
 
@@ -264,6 +265,23 @@ void CArchive::requireLoading() const
         AfxThrowFileException(CFileException::invalidFile);
 }
 
+// What doesn't fit drains the buffer. The wide one is filled to a whole page of the file first: calls that begin there
+// cost less.
+void CArchive::append(const std::byte* data, std::size_t count)
+{
+    if (m_at + count > m_capacity) {
+        const std::size_t wholePages = m_wide != nullptr ? m_capacity - m_bufferOffset % bufferSize : 0;
+        const std::size_t first = wholePages > m_at ? wholePages - m_at : 0;
+        std::copy_n(data, first, m_pBuffer + m_at);
+        m_at += first;
+        drain();
+        data += first;
+        count -= first;
+    }
+    std::copy_n(data, count, m_pBuffer + m_at);
+    m_at += count;
+}
+
 // Writes out what the buffer holds. It is given up even when that fails: a second try would write it twice.
 void CArchive::drain()
 {
@@ -271,23 +289,39 @@ void CArchive::drain()
     m_bufferOffset += m_at;
     m_at = 0;
     if (count > 0)
-        m_pFile->Write(m_buffer.data(), count);
+        m_pFile->Write(m_pBuffer, count);
 }
 
 // Reads on until `bytes` bytes are in the buffer; false when the file has fewer.
 bool CArchive::fill(std::size_t bytes)
 {
     const std::size_t kept = m_end - m_at;
-    std::memmove(m_buffer.data(), m_buffer.data() + m_at, kept);
+    std::memmove(m_pBuffer, m_pBuffer + m_at, kept);
     m_bufferOffset += m_at;
     m_at = 0;
     m_end = m_loadLimit = kept;
     if (kept < bytes) {
-        const std::size_t got = m_pFile->Read(m_buffer.data() + kept, static_cast<unsigned>(bufferSize - kept));
+        const std::size_t got = m_pFile->Read(m_pBuffer + kept, static_cast<unsigned>(m_capacity - kept));
         m_end = m_loadLimit = kept + got;
         m_bytesBehindBuffer -= std::min<std::uint64_t>(got, m_bytesBehindBuffer);
     }
     return m_end >= bytes;
+}
+
+// Makes the buffer wide for blocks that it is too small for and that are too small to go past it. Without memory for
+// it, they go past the buffer that there is.
+void CArchive::widenFor(std::size_t blockBytes)
+{
+    if (m_wide != nullptr || blockBytes < m_capacity || blockBytes >= largeBlock)
+        return;
+    m_wide = tryNewArray<std::byte>(wideBufferSize);
+    if (m_wide == nullptr)
+        return;
+    std::copy_n(m_pBuffer, IsStoring() ? m_at : m_end, m_wide.get());
+    m_pBuffer = m_wide.get();
+    m_capacity = wideBufferSize;
+    if (IsStoring())
+        m_storeLimit = m_capacity;
 }
 
 void CArchive::noteBytesLeft()

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -40,7 +41,9 @@ constexpr std::string_view archiveTypeName()
         return std::signed_integral<T> ? "char" : "byte";
 }
 
-/// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks go past the buffer.
+/// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks of 64 KiB and more go past the
+/// buffer in one call. With the first smaller block that would go past it too, the buffer becomes 128 KiB, and such
+/// blocks go through it with the fields between them: so many small calls cost more than copying.
 ///
 /// Running out of file raises CArchiveException::endOfFile; a store on a loading archive readOnly, a load on a storing
 /// one writeOnly, each with the file's name. An archive and its file are used by one thread at a time.
@@ -135,6 +138,8 @@ public:
 
 private:
     static constexpr std::size_t bufferSize = 4096;
+    static constexpr std::size_t wideBufferSize = std::size_t{128} << 10U;
+    static constexpr std::size_t largeBlock = wideBufferSize / 2;
 
     // Gives a member another value for the length of a scope, which an exception may end.
     template <class Value>
@@ -158,7 +163,7 @@ private:
             prepareStore(sizeof(T));
         if (m_pTracer != nullptr) [[unlikely]]
             trace(value);
-        std::memcpy(m_buffer.data() + m_at, &value, sizeof(T));
+        std::memcpy(m_pBuffer + m_at, &value, sizeof(T));
         m_at += sizeof(T);
     }
     template <ArchiveScalar T>
@@ -166,7 +171,7 @@ private:
     {
         if (m_at + sizeof(T) > m_loadLimit) [[unlikely]]
             prepareLoad(sizeof(T));
-        std::memcpy(&value, m_buffer.data() + m_at, sizeof(T));
+        std::memcpy(&value, m_pBuffer + m_at, sizeof(T));
         if (m_pTracer != nullptr) [[unlikely]]
             trace(value);
         m_at += sizeof(T);
@@ -234,8 +239,11 @@ private:
     void prepareLoad(std::size_t bytes);
     void requireStoring() const;
     void requireLoading() const;
+    void append(const std::byte* data, std::size_t count);
     void drain();
     bool fill(std::size_t bytes);
+    void widenFor(std::size_t blockBytes);
+    bool goesPast(std::size_t blockBytes) const { return blockBytes >= m_capacity || blockBytes >= largeBlock; }
     void noteBytesLeft();
     CString fileName() const;
 
@@ -260,7 +268,11 @@ private:
     std::string_view m_names;     // of the fields still to come in this list
     int m_element = -1;           // of the array that is being exchanged
     std::string_view m_blockType; // of the elements of the block that is being exchanged
-    std::array<std::byte, bufferSize> m_buffer;
+
+    std::array<std::byte, bufferSize> m_narrow;
+    std::unique_ptr<std::byte[]> m_wide;
+    std::byte* m_pBuffer = m_narrow.data(); // the wide one as soon as it is there
+    std::size_t m_capacity = bufferSize;
 };
 
 /// Exchanges fields of a record under their own names, so that a tracer can show them.

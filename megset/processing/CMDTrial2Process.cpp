@@ -1,9 +1,13 @@
 #include "megset/processing/CMDTrial2Process.h"
 
 #include "megset/core/CMDChannelzk.h"
+#include "megset/core/CMDTrialzk.h"
+#include "megset/numeric/montage.h"
+#include "megset/platform/AfxMessageBox.h"
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace megset {
 
@@ -39,6 +43,77 @@ int CMDTrial2Process::findChnlID4NameS(const CString& text) const
             return i;
     }
     return -1;
+}
+
+namespace {
+
+constexpr int eegMeasureAverageType = 360;
+
+std::span<const double> spanOf(const double* data, std::int64_t count)
+{
+    return data != nullptr && count > 0 ? std::span(data, static_cast<std::size_t>(count)) : std::span<const double>();
+}
+
+void average(const std::vector<numeric::WeightedSignal>& signals, double* to, std::int64_t count)
+{
+    const numeric::SignalSum mean = {signals, static_cast<double>(signals.size())};
+    numeric::signalSum(mean, std::span(to, static_cast<std::size_t>(count)));
+}
+
+} // namespace
+
+int CMDTrial2Process::checkInitEegMeaAvrg(int create)
+{
+    if (!m_ppChannel)
+        return 0;
+    const int total = getTotalChannel();
+    for (int i = 0; i < total; ++i)
+        if (m_ppChannel[i] != nullptr && m_ppChannel[i]->m_nChannelType == eegMeasureAverageType)
+            return 1;
+    if (!create)
+        return 0;
+    std::unique_ptr<CMDChannelzk> channel = makeEegMeasureAverage();
+    if (channel == nullptr)
+        return 0;
+    if (!m_ppChannel.resize(total + 1)) {
+        AfxMessageBox("Not enough memory!", MB_OK);
+        return 0;
+    }
+    m_ppChannel.set(total, std::move(channel));
+    m_nTotalChannel = total + 1;
+    return 1;
+}
+
+// The mean of all EEG measure channels as a channel of its own; null without them, without samples of the first channel
+// or without memory.
+std::unique_ptr<CMDChannelzk> CMDTrial2Process::makeEegMeasureAverage() const
+{
+    std::vector<numeric::WeightedSignal> waves;
+    std::vector<numeric::WeightedSignal> backups;
+    for (int i = 0; i < getTotalChannel(); ++i) {
+        const CMDChannelzk* channel = m_ppChannel[i];
+        if (channel == nullptr || !channel->isEEGMeasureChannel())
+            continue;
+        waves.push_back({spanOf(channel->getDataWave(), channel->getTotalSample()), 1.0});
+        backups.push_back({spanOf(channel->getBkData(), channel->getBkDataSample()), 1.0});
+    }
+    const CMDChannelzk* first = m_ppChannel[0];
+    if (waves.empty() || first == nullptr || first->getTotalSample() < 1 || first->getBkDataSample() < 1)
+        return nullptr;
+    auto made = tryNew<CMDChannelzk>();
+    if (made == nullptr)
+        return nullptr;
+    made->m_nTotalSample = first->getTotalSample();
+    made->m_nBkDataSample = first->getBkDataSample();
+    made->m_pDataWave = tryNewSamples(made->m_nTotalSample, false);
+    made->m_pBkData = tryNewSamples(made->m_nBkDataSample, false);
+    if (made->m_pDataWave == nullptr || made->m_pBkData == nullptr)
+        return nullptr;
+    average(waves, made->m_pDataWave.get(), made->m_nTotalSample);
+    average(backups, made->m_pBkData.get(), made->m_nBkDataSample);
+    made->m_nChannelType = eegMeasureAverageType;
+    made->m_strChannelNameRaw = made->m_strChannelName = made->m_strChannelTypeName = "EEG MEASURE CHANNEL AVERAGE";
+    return made;
 }
 
 int CMDTrial2Process::applyMEGSnsrGainDir2Chnls(bool once)

@@ -19,6 +19,12 @@ public:
     std::int64_t getTotalSample(int index) const;
     /// The first channel whose working name contains the text, -1 when there is none.
     int findChnlID4NameS(const CString& text) const;
+    /// Whether there is a channel of type 360, the mean of all EEG measure channels. With `create` one is made behind
+    /// the others where there is none, as long as the first channel's working and backup samples, with a mean that
+    /// counts a shorter channel as zero behind its end; one that is there is not computed anew. 0 without memory ("Not
+    /// enough memory!" for the array of channels), without EEG measure channels, or where the first channel lacks
+    /// samples.
+    int checkInitEegMeaAvrg(int create);
     /// Multiplies the samples of every channel by its MEG sensor's gain (CMDChannel::applyMEGSnsrGainDir2Data); 0 with
     /// no channels.
     int applyMEGSnsrGainDir2Chnls(bool once);
@@ -29,6 +35,9 @@ public:
     /// as channel after channel. out[i] is of channel i, all 0 for one that is absent or has no samples. Gives the
     /// number of channels written: as many as there are and as `out` holds.
     int getAllSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to, std::span<ChannelStatistics> out) const;
+
+private:
+    std::unique_ptr<CMDChannelzk> makeEegMeasureAverage() const;
 };
 
 } // namespace megset

@@ -46,6 +46,38 @@ public:
     int setEEG_electrodesPositionMeg(CPtrArray* positions, int trial, bool allTrials);
     int setEEG_electrodesPositionPohemus(int electrode, double x, double y, double z, int trial, bool allTrials);
 
+    // Re-sampling of the working samples by an integer factor, from the raw samples: it can be repeated with another
+    // factor, and factor 1 undoes it. A re-sampled channel has one sample more than the recording information says: it
+    // is meant so.
+
+    /// Picks every factor-th sample, or with `average` takes the mean of each `factor` samples, on all trials or on the
+    /// current one, and then sets the parameters of the whole dataset. Every trial is opened; the last one stays
+    /// current. Trials that can't be opened are passed over. A factor below 1 counts as 1. 1; 0 for a factor of half
+    /// the samples or more ("Re-sampling factor (%I64d) cannot be larger than half of the sampling rate (%I64d)"), and
+    /// without memory ("Not enough memory!"), with the trials before done and the parameters as they were.
+    int reSampleData(bool average, std::int64_t factor, bool allTrials);
+    /// 0 with the message above for a factor that reSampleData refuses.
+    int checkResampleFactor(std::int64_t factor) const;
+    /// Scales the triggers and the recording information, from what was recorded; other marks keep their samples. A
+    /// trigger that lost occurrences gets them back ("The triggers have been modified and the re-sampling needs to
+    /// restore original data!"). 1, also for a factor below 1, which changes nothing; 0 without memory for a trigger,
+    /// with the recording information as it was.
+    int setResampleParameter(bool average, std::int64_t factor);
+    /// Makes a trial's working samples anew from the raw ones, as the dataset is re-sampled; a trial that is not, with
+    /// a plain copy. A trial re-sampled otherwise, with another number of samples, brings the dataset to its own
+    /// parameters first. 1; 0 for null, for a trial without an array of channels, and without memory ("Not enough
+    /// memory!").
+    int reSampleTrl4DcOffFilt(CMDTrialzk* trial);
+    /// That, and segmentRemov4DcOffFilt: before a DC offset or a filter goes over the dataset. For null the trial is
+    /// opened, -1 being the current one. 1; 0 when one of the two gives 0, and for a trial that can't be opened or has
+    /// no channels.
+    int prepareRawData4DcOffFiltDatset(CMDTrialzk* trial, int index);
+
+    /// Blanks the selected ranges in a trial's working samples again where segments were removed: with 0 or, as they
+    /// were removed, with the sample before the range. All marks count, whatever trial they were set in. 1, at once
+    /// where none were removed; 0 for null, without a marker and without an array of channels.
+    int segmentRemov4DcOffFilt(CMDTrialzk* trial);
+
 private:
     bool hasFlag(const std::unique_ptr<int[]>& flags, int channel) const;
     int isFlagSet(const std::unique_ptr<int[]>& flags, int channel) const;

@@ -2,6 +2,7 @@
 #include "apps/cli/inspect/recordKinds.h"
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
+#include "megset/core/CMEGDatazk.h"
 #include "tests/kit/Program.h"
 #include "tests/kit/TemporaryFolder.h"
 #include "tests/kit/memoryArchive.h"
@@ -347,7 +348,7 @@ TEST_F(Inspect, UnknownTagIsToldWithTheFirstBytesAndTheKnownTags)
     const std::string fault = faultOf(ByteBuilder().wide("MEGNOTHING").bytes());
     EXPECT_THAT(fault, HasSubstr(" begins with the unknown tag \"MEGNOTHING\".\n"
                                  "Its first bytes: ff fe ff 0a 4d 00 45 00 47 00 4e 00 4f 00 54 00  ....M.E.G.N.O.T.\n"
-                                 "Known tags:\n  MEGTRIALZK "));
+                                 "Known tags:\n  MEGDATASETZK "));
     EXPECT_THAT(fault, AllOf(HasSubstr("MEGCHANNELZK"), HasSubstr("SPCTMCHNLZK"), HasSubstr("trial file (.trl)")));
 }
 
@@ -442,6 +443,21 @@ TEST_F(Inspect, ProgramTellsAFileThatIsNotThere)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "megset: Can't find \"" + path().string() + "\".\n");
+}
+
+TEST_F(Inspect, DatasetIsShownWithoutItsTrialsBeingLookedFor)
+{
+    CMEGDatazk dataset;
+    dataset.m_nTotalTrial = 1;
+    dataset.m_ppTrial.allocate(1);
+    dataset.m_aTrialFilePath.Add("C:\\gone.trl");
+    const auto bytes = storedBytes([&](CArchive& ar) { ASSERT_EQ(dataset.serializezk(ar), 1); });
+    const Inspected shown = inspect(bytes);
+    EXPECT_THAT(shown.report.faults, IsEmpty());
+    EXPECT_THAT(shown.tree, HasSubstr("dataset file (.meg)"));
+    EXPECT_THAT(shown.tree, HasSubstr("[_00serializeMDTrialInfo]\n        32      int m_nTotalTrial = 1\n"));
+    EXPECT_THAT(shown.tree, HasSubstr("gone.trl"));
+    EXPECT_EQ(shown.report.end, bytes.size());
 }
 
 TEST_F(Inspect, HostOfTheProcessIsTheSameAfterwards)

@@ -25,7 +25,7 @@ enum class State
     shorterBackup
 };
 
-constexpr std::array allStates = {State::empty,       State::ready,        State::rawOnly,
+inline constexpr std::array allStates = {State::empty,       State::ready,        State::rawOnly,
                                   State::workingOnly, State::longerBackup, State::shorterBackup};
 
 inline std::ostream& operator<<(std::ostream& stream, State state)
@@ -111,11 +111,11 @@ inline Contents readyWith(const std::vector<double>& samples)
 }
 
 /// Counts for which no array can be had.
-constexpr std::array impossibleCounts = {std::int64_t{1} << 60, std::int64_t{1} << 61, std::int64_t{1} << 62,
+inline constexpr std::array impossibleCounts = {std::int64_t{1} << 60, std::int64_t{1} << 61, std::int64_t{1} << 62,
                                          std::numeric_limits<std::int64_t>::max()};
 
 /// Counts and indices below zero.
-constexpr std::array negatives = {std::int64_t{-1}, std::int64_t{-2}, -(std::int64_t{1} << 61),
+inline constexpr std::array negatives = {std::int64_t{-1}, std::int64_t{-2}, -(std::int64_t{1} << 61),
                                   std::numeric_limits<std::int64_t>::min()};
 
 } // namespace megset::channelStates

@@ -97,11 +97,11 @@ double largestDifference(const std::vector<std::vector<double>>& a, const std::v
 TEST(NoiseReductionNumbers, AreThoseOfPlainLoopsToTheBit)
 {
     for (const unsigned seed : {1U, 2U, 3U, 4U}) {
-        for (const std::size_t n : {1U, 15U, 64U, 1024U, 2500U}) {
+        for (const std::size_t n : {1U, 15U, 64U, 1100U}) {
             PlainReduction plain = randomReduction(6, 11, n, seed > 2, seed);
             CMEGDatazk data;
             fill(data, 1, plain.channels, plain.records);
-            for (const int order : {3, 1, 1, 2, 0, 3}) {
+            for (const int order : {3, 1, 1, 0, 2}) {
                 ASSERT_EQ(data.setGradientNoiseReduction(order, true, false), 1);
                 plain.bringTo(order == 0 ? "none" : "G" + std::to_string(order) + "BR");
                 expectSame(data, plain, "reduced");

@@ -5,36 +5,15 @@
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
+#include "tests/fuzz/seedFiles.h"
 #include "tests/persistence/channelRecord.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <memory>
-#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace megset {
 namespace {
-
-using Seeds = std::map<std::string, std::vector<std::byte>>;
-
-void compareOrWrite(const std::string& target, const Seeds& seeds)
-{
-    const auto folder = std::filesystem::path(MEGSET_SOURCE_DIR) / "fuzz/corpus" / target;
-    for (const auto& [name, bytes] : seeds) {
-        if (std::getenv("MEGSET_WRITE_SEEDS") != nullptr)
-            std::ofstream(folder / name, std::ios::binary)
-                .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        std::ifstream file(folder / name, std::ios::binary);
-        const std::string text((std::istreambuf_iterator<char>(file)), {});
-        EXPECT_TRUE(sameBytes(std::as_bytes(std::span(text)), bytes)) << name;
-    }
-}
 
 // ---- channels
 

@@ -242,7 +242,8 @@ std::string faultOfChainInclude(const Place& from, const Position& to)
     if (from.isHeader) {
         return own && to.isRightBelow(*own) ? "" : "a header includes only the layer right below its own";
     }
-    const bool isOwnHeader = from.stem == to.layer().name;
+    // A class may have several sources, each with a word of its own behind the class's name.
+    const bool isOwnHeader = from.stem == to.layer().name || (!own && from.stem.starts_with(to.layer().name));
     const bool isBelow = own && to.isRightBelow(*own);
     return isOwnHeader || isBelow || to.isClosing() ? "" : "a source includes of the chains only the closing classes";
 }

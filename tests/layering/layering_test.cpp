@@ -62,6 +62,8 @@ TEST(IncludeRules, SourcesIncludeTheirOwnHeaderAndClosingClasses)
     EXPECT_TRUE(allows("megset/display/CMDChannel3Show.cpp", "\"megset/display/CMDChannel3Show.h\""));
     EXPECT_TRUE(allows("megset/display/CMDChannel3Show.cpp", "\"megset/core/CMEGDatazk.h\""));
     EXPECT_TRUE(allows("megset/ui/report.cpp", "\"megset/core/CMDTrialzk.h\""));
+    EXPECT_TRUE(allows("megset/display/CMDChannel3ShowText.cpp", "\"megset/display/CMDChannel3Show.h\""));
+    EXPECT_FALSE(allows("megset/display/CMDChannel3Show.cpp", "\"megset/core/CMDChannel.h\""));
     EXPECT_FALSE(allows("megset/display/CMDChannel3Show.cpp", "\"megset/core/CMDTrial.h\""));
     EXPECT_FALSE(allows("megset/ui/report.cpp", "\"megset/persistence/CMDTrial9FileB.h\""));
 }

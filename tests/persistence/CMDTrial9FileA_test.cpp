@@ -101,6 +101,30 @@ TEST_F(TrialFileSearch, FindFileGivesTheFullPathOrLeavesTheTextAlone)
     EXPECT_EQ(found, path);
 }
 
+TEST_F(TrialFileSearch, AFolderIsNoHitAtAnyPlace)
+{
+    folder.makeFolder("doc\\a.trl");
+    folder.makeFolder("data\\a.trl");
+    folder.makeFolder("stored\\a.trl");
+    folder.makeFolder("worka.trl");
+    folder.makeFolder("work");
+    std::filesystem::current_path(folder.native("work"));
+    document.SetPathName(folder.path("doc\\session.meg"));
+    datasetPath = folder.path("data\\session.meg");
+    EXPECT_EQ(find(folder.path("stored\\a.trl")), CString());
+    const CString file = put("data\\a.trl\\inside.trl");
+    EXPECT_EQ(find(file), file);
+}
+
+TEST_F(TrialFileSearch, PathsOfAnotherSystemAreFoundBesideTheDatasetByTheirName)
+{
+    datasetPath = folder.path("session.meg");
+    const CString here = put("sess_3.trl");
+    EXPECT_EQ(findWithoutDocument("D:\\data\\run1\\sess_3.trl"), here);
+    EXPECT_EQ(findWithoutDocument("\\\\server\\share\\sess_3.trl"), here);
+    EXPECT_EQ(findWithoutDocument("D:\\data\\run1\\sess_4.trl"), CString());
+}
+
 TEST_F(TrialFileSearch, PlacesAreAskedInTheirOrder)
 {
     folder.makeFolder("doc");

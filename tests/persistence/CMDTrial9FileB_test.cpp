@@ -273,7 +273,8 @@ TEST_F(TrialOnDisk, ThatIsNotFoundOrCannotBeOpenedGivesZeroWithoutAMessage)
     host.willAnswerYes();
     host.willChooseFile("X:\\gone\\b.trl");
     EXPECT_EQ(open("X:\\gone\\a.trl"), 0);
-    folder.makeFolder("a.trl"); // found, but no file
+    folder.makeFolder("a.trl"); // a folder is not found
+    host.willAnswerNo();
     EXPECT_EQ(open(folder.path("a.trl")), 0);
     host.expectNoMessages();
     EXPECT_EQ(trial.m_strTrialFilePath, CString());

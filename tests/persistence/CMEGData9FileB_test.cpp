@@ -414,4 +414,36 @@ TEST_F(DatasetWithTrials, TheSmallFormNeedsAPathForEachTrial)
                                              CString("Is there enough memory for read MEG trial data?")));
 }
 
+// ---- looking into a file
+
+TEST_F(DatasetWithTrials, WithoutTrialsAFileIsReadAndTheirFilesAreLeftAlone)
+{
+    makeTrials(1);
+    for (const std::int32_t version : {newest, 20190725, 20150724}) {
+        Parts parts;
+        parts.trials = list(3, 7, 3);
+        parts.trials.behind = ByteBuilder().i32(1).i32(1).i32(1);
+        LoadingArchive archive(record(version, parts));
+        EXPECT_EQ(dataset.serializeWithoutTrials(*archive), 1);
+        EXPECT_EQ(archive->bytesLeft(), 0U);
+        EXPECT_EQ(dataset.getTotalTrial(), 3);
+        EXPECT_EQ(dataset.getCurrentTrialIndx(), 7);
+        EXPECT_EQ(dataset.getMDTrial(0), nullptr);
+    }
+    host.expectNoMessages();
+    ASSERT_EQ(loadList(list(1, 0, 1)), 1); // the next time with them again
+    EXPECT_EQ(trialName(0), CString("t0"));
+}
+
+TEST_F(DatasetWithTrials, WithoutTrialsNoneIsSaved)
+{
+    makeTrials(1);
+    ASSERT_EQ(loadList(list(1, 0, 1)), 1);
+    std::filesystem::remove(folder.native("t0.trl"));
+    EXPECT_FALSE(storedBytes([&](CArchive& ar) { EXPECT_EQ(dataset.serializeWithoutTrials(ar), 1); }).empty());
+    EXPECT_NE(dataset.getMDTrial(0), nullptr);
+    EXPECT_TRUE(folder.names().empty());
+    host.expectNoMessages();
+}
+
 } // namespace

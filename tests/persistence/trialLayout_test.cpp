@@ -1,5 +1,6 @@
 // The pages of the trial's file and of the channel's record, compared with what an archive goes through.
 
+#include "tests/persistence/layoutSections.h"
 #include "tests/persistence/trialRecord.h"
 
 #include "megset/spectral/CSpctmChnlzk.h"
@@ -21,6 +22,8 @@ namespace {
 
 using namespace megset;
 using namespace megset::trialRecord;
+
+const std::string tag = "MEGTRIALZK";
 
 std::vector<TracedField> tracedReading(std::int32_t version)
 {
@@ -44,47 +47,6 @@ std::vector<TracedField> tracedWriting()
     return recorder.fields();
 }
 
-// The section of the file in which a field stands, empty for those outside.
-std::string sectionOf(const TracedField& field)
-{
-    const std::string outer = "MEGTRIALZK/_";
-    if (field.section.rfind(outer, 0) != 0)
-        return {};
-    return field.section.substr(outer.size() - 1, field.section.find('/', outer.size()) - outer.size() + 1);
-}
-
-// The file with every section as one entry.
-std::vector<TracedField> withSectionsClosed(const std::vector<TracedField>& fields)
-{
-    std::vector<TracedField> closed;
-    std::string last;
-    for (const TracedField& field : fields) {
-        const std::string section = sectionOf(field);
-        if (section.empty())
-            closed.push_back(field);
-        else if (section != last)
-            closed.push_back({"MEGTRIALZK", section, "section", field.offset, 0, 0, {}, 0, 0});
-        last = section;
-    }
-    return closed;
-}
-
-// The fields of one section, each record inside as one entry without a name.
-std::vector<TracedField> only(const std::vector<TracedField>& fields, const std::string& section)
-{
-    const std::string outer = "MEGTRIALZK/" + section;
-    std::vector<TracedField> inside;
-    for (const TracedField& field : fields) {
-        if (sectionOf(field) != section)
-            continue;
-        if (field.section == outer)
-            inside.push_back(field);
-        else if (field.name == "tag" && field.section == outer + "/" + field.text.toUtf8())
-            inside.push_back({outer, "", field.text.toUtf8(), field.offset, 0, 0, {}, 0, 0});
-    }
-    return inside;
-}
-
 // The page's short name of a section, empty for what has none.
 std::string shortName(const TracedField& field)
 {
@@ -105,24 +67,16 @@ std::string shortName(const TracedField& field)
 std::string sectionsOfVersion(std::int32_t version)
 {
     std::string list;
-    for (const TracedField& field : withSectionsClosed(tracedReading(version)))
+    for (const TracedField& field : withSectionsClosed(tag, tracedReading(version)))
         if (const std::string name = shortName(field); !name.empty())
             list += (list.empty() ? "" : ", ") + name;
     return list;
 }
 
-std::string textOf(const char* page)
-{
-    std::ifstream file(formatPages() / page);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 TEST(TrialPage, ShowsTheSectionsOfTheNewestVersionInTheirOrder)
 {
     for (const auto& fields : {tracedWriting(), tracedReading(newest)})
-        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", "CMDTrial9FileB", withSectionsClosed(fields)));
+        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", "CMDTrial9FileB", withSectionsClosed(tag, fields)));
 }
 
 TEST(TrialPage, ShowsTheFieldsOfEverySection)
@@ -130,12 +84,12 @@ TEST(TrialPage, ShowsTheFieldsOfEverySection)
     const std::vector<TracedField> written = tracedWriting();
     const std::vector<TracedField> read = tracedReading(newest);
     int sections = 0;
-    for (const TracedField& entry : withSectionsClosed(written)) {
+    for (const TracedField& entry : withSectionsClosed(tag, written)) {
         if (entry.type != "section")
             continue;
         ++sections;
-        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", entry.name, only(written, entry.name)));
-        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", entry.name, only(read, entry.name)));
+        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", entry.name, only(tag, written, entry.name)));
+        EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", entry.name, only(tag, read, entry.name)));
     }
     EXPECT_EQ(sections, 13);
 }
@@ -143,7 +97,7 @@ TEST(TrialPage, ShowsTheFieldsOfEverySection)
 TEST(TrialPage, ShowsTheOldFormOfTheVirtualChannels)
 {
     const std::string old = "_09serializeVirtWaveSpctmSrcCoh_obsolete20190730";
-    EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", old, only(tracedReading(20190906), old)));
+    EXPECT_TRUE(followsLayoutPage(formatPages() / "trial.md", old, only(tag, tracedReading(20190906), old)));
 }
 
 TEST(TrialPage, ShowsTheSectionsOfEveryVersion)

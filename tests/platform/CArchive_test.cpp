@@ -780,11 +780,11 @@ TEST(CArchiveFaults, AFailedWritePassesFromTheFieldThatNeedsTheBuffer)
 
 TEST(CArchiveFaults, AFailedWriteOfABlockPasses)
 {
-    const auto block = bytePattern(10'000);
+    const auto block = bytePattern(100'000);
     FailingFile file;
     file.fullAfter(5000);
     CArchive archive(&file, CArchive::store);
-    EXPECT_EQ(fileFaultCause([&] { archive.Write(block.data(), 10'000); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { archive.Write(block.data(), 100'000); }), CFileException::diskFull);
     EXPECT_EQ(file.GetLength(), 5000U);
 }
 

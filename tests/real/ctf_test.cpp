@@ -1,6 +1,6 @@
 // The real recording of a CTF system, held against what MNE-Python 1.3.0 reads from it.
 
-#include "apps/readers/ctf/openCtf.h"
+#include "apps/readers/ctf/libraryRecords.h"
 
 #include "tests/kit/npy.h"
 #include "tests/kit/realData.h"
@@ -152,44 +152,130 @@ constexpr std::array<DewarPlace, 10> dewarPlaces = {{
      {-2.9006005029560193e-10, -2.9006005029560193e-10, -1.0}},
 }};
 
-// Turned by 45 degrees: the dewar's axes point between front, left and back.
-Vector turned(const Vector& place)
+const CMEGSensorzk& sensorNamed(const std::vector<CMEGSensorzk>& sensors, const CString& name)
 {
-    const double half = std::sqrt(0.5);
-    return {half * (place[0] - place[1]), half * (place[0] + place[1]), place[2]};
+    for (const CMEGSensorzk& sensor : sensors)
+        if (sensor.getSensorName() == name)
+            return sensor;
+    throw std::runtime_error("no sensor " + name.toUtf8());
 }
 
-const Channel& channelNamed(const Recording& recording, const std::string& name)
+Vector positionOf(const CMEGSensorzk& sensor, int frame, int coil)
 {
-    for (const Channel& channel : recording.header.channels)
-        if (channel.name == name)
-            return channel;
-    throw std::runtime_error("no channel " + name);
+    Vector place{};
+    EXPECT_EQ(sensor.getSnsPos(frame, coil, place[0], place[1], place[2]), 1);
+    return place;
 }
 
 // Of a planar gradiometer MNE-Python gives the middle between its coils.
-Vector middle(const Channel& channel)
+Vector placeOf(const CMEGSensorzk& sensor, int frame)
 {
-    Vector place = channel.coils.at(0).dewar.position;
-    if (channel.name == "G23-4304")
+    Vector place = positionOf(sensor, frame, 0);
+    if (sensor.getSensorName() == "G23-4304") {
+        const Vector second = positionOf(sensor, frame, 1);
         for (std::size_t axis = 0; axis < 3; ++axis)
-            place[axis] = (place[axis] + channel.coils.at(1).dewar.position[axis]) / 2.0;
+            place[axis] = (place[axis] + second[axis]) / 2.0;
+    }
     return place;
+}
+
+Vector directionOf(const CMEGSensorzk& sensor, int frame)
+{
+    Vector direction{};
+    EXPECT_EQ(sensor.getSnsNmlDir(frame, 0, direction[0], direction[1], direction[2]), 1);
+    return direction;
+}
+
+void expectNear(const Vector& actual, const Vector& wanted, double tolerance, const std::string& what)
+{
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        EXPECT_NEAR(actual[axis], wanted[axis], tolerance) << what << ", axis " << axis;
+}
+
+// Ours has x to the left, y up, z to the back, and its origin between the ears of the standard head: 8 cm lower.
+Vector inLibraryDewar(const Vector& v, double unit, double lift)
+{
+    return {-unit * v[0], unit * v[2] + lift, -unit * v[1]};
 }
 
 TEST_F(RealCtf, PlacesAndDirectionsInTheDewarAgree)
 {
-    const Recording recording = open();
+    const std::vector<CMEGSensorzk> sensors = librarySensors(open().header);
     for (const DewarPlace& wanted : dewarPlaces) {
-        const Channel& channel = channelNamed(recording, wanted.name);
-        const Vector position = turned(middle(channel));
-        const Vector direction = turned(channel.coils.at(0).dewar.direction);
-        const double sign = channel.properGain > 0.0 ? -1.0 : 1.0;
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            EXPECT_NEAR(position[axis] / 100.0 + (axis == 2 ? 0.19 : 0.0), wanted.position[axis], 1e-12) << wanted.name;
-            EXPECT_NEAR(sign * direction[axis], wanted.direction[axis], 1e-9) << wanted.name;
+        const CMEGSensorzk& sensor = sensorNamed(sensors, wanted.name);
+        expectNear(placeOf(sensor, coilFrameDewar), inLibraryDewar(wanted.position, 1000.0, 80.0), 1e-9, wanted.name);
+        expectNear(directionOf(sensor, coilFrameDewar), inLibraryDewar(wanted.direction, 1.0, 0.0), 1e-9, wanted.name);
+    }
+}
+
+// From MNE-Python's device frame to the head's, which it works out from the three coils; rows of x, y, z, move in m.
+constexpr std::array<std::array<double, 4>, 3> deviceToHead = {{
+    {0.0048277637125876335, 0.9907787943878974, -0.13540337251634277, 0.013329243786499266},
+    {-0.9993606377400586, 0.009577224073782607, 0.034446952184829766, 0.00364729447170858},
+    {0.03542609819495807, 0.13515049896431983, 0.9901915643936665, 0.07365712439212219},
+}};
+
+// The head frame has x to the nose, y to the left, z up.
+Vector inLibraryHead(const Vector& v, double unit, bool moves)
+{
+    Vector head{};
+    for (std::size_t row = 0; row < 3; ++row)
+        head[row] = deviceToHead[row][0] * v[0] + deviceToHead[row][1] * v[1] + deviceToHead[row][2] * v[2] +
+                    (moves ? deviceToHead[row][3] : 0.0);
+    return {unit * head[1], unit * head[2], -unit * head[0]};
+}
+
+// The coils' places are given to a thousandth of a millimetre, so that no more can be asked at the far references.
+TEST_F(RealCtf, PlacesAndDirectionsInTheHeadAgree)
+{
+    const std::vector<CMEGSensorzk> sensors = librarySensors(open().header);
+    for (const DewarPlace& wanted : dewarPlaces) {
+        const CMEGSensorzk& sensor = sensorNamed(sensors, wanted.name);
+        for (const int frame : {int{coilFrameHead}, int{coilFrameWork}}) {
+            expectNear(placeOf(sensor, frame), inLibraryHead(wanted.position, 1000.0, true), 0.01, wanted.name);
+            expectNear(directionOf(sensor, frame), inLibraryHead(wanted.direction, 1.0, false), 1e-4, wanted.name);
         }
     }
+}
+
+TEST_F(RealCtf, GradiometersAreAxial)
+{
+    const Recording recording = open();
+    const std::vector<CMEGSensorzk> sensors = librarySensors(recording.header);
+    int gradiometers = 0;
+    for (const CMEGSensorzk& sensor : sensors) {
+        if (sensor.m_nChannelType != 100)
+            continue;
+        ++gradiometers;
+        EXPECT_EQ(sensor.isAxialGrad(), 1) << sensor.getSensorName().toUtf8();
+        EXPECT_NEAR(sensor.getCoilBaseLine(), 50.0, 1.0) << sensor.getSensorName().toUtf8();
+        EXPECT_EQ(sensor.getGradOrderNo(), 0);
+    }
+    EXPECT_EQ(gradiometers, 273);
+}
+
+TEST_F(RealCtf, FiducialsTieDewarAndHeadTogether)
+{
+    const Recording recording = open();
+    CHeadLocalizationzk localization;
+    ASSERT_EQ(setHeadLocalization(recording.coils, localization), 1);
+    for (const CMEGSensorzk& sensor : librarySensors(recording.header)) {
+        if (sensor.m_nChannelType < 10 || sensor.m_nChannelType > 200)
+            continue;
+        Vector place = positionOf(sensor, coilFrameDewar, 0);
+        localization.dewar2Head(place[0], place[1], place[2]);
+        expectNear(place, positionOf(sensor, coilFrameHead, 0), 0.01, sensor.getSensorName().toUtf8());
+    }
+}
+
+TEST_F(RealCtf, ElectrodesAreWhereTheyWereRecorded)
+{
+    const std::vector<CEEGelectrodezk> electrodes = libraryElectrodes(open().header);
+    ASSERT_EQ(electrodes.size(), 8U);
+    EXPECT_EQ(electrodes[0].m_strElectrodeName, "EEG057");
+    Vector place{};
+    electrodes[0].getElectrodePositionD(place[0], place[1], place[2]);
+    expectNear(place, {31.4317, 73.5818, 96.6737}, 1e-9, "EEG057");
 }
 
 TEST_F(RealCtf, HasItsHeadCoils)

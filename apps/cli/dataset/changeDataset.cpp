@@ -40,13 +40,6 @@ fs::path absolutePath(const fs::path& path)
     return fs::absolute(path).lexically_normal();
 }
 
-fs::path withExtension(fs::path path, const char* extension)
-{
-    if (!path.has_extension())
-        path += extension;
-    return path;
-}
-
 // Where the result goes: as told, or as the user says now.
 fs::path askForTarget(const ChangeArguments& arguments)
 {
@@ -66,8 +59,7 @@ fs::path targetOf(const ChangeArguments& arguments)
 {
     if (arguments.inPlace)
         return absolutePath(arguments.dataset);
-    return absolutePath(
-        withExtension(arguments.out.empty() ? askForTarget(arguments) : fs::path(arguments.out), ".meg"));
+    return datasetPath(arguments.out.empty() ? askForTarget(arguments) : fs::path(arguments.out));
 }
 
 fs::path trialPath(const fs::path& dataset, int index)

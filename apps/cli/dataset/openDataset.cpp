@@ -47,6 +47,14 @@ void read(OpenDataset& open, CFile& file, ReadingNotes& notes)
 
 } // namespace
 
+std::filesystem::path datasetPath(const std::filesystem::path& name)
+{
+    std::filesystem::path path = std::filesystem::absolute(name).lexically_normal();
+    if (!path.has_extension())
+        path += ".meg";
+    return path;
+}
+
 std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes)
 {
     auto open = std::make_unique<OpenDataset>();

@@ -29,6 +29,9 @@ struct ReadingNotes
     std::uint64_t bytesLeft = 0;
 };
 
+/// The absolute path that a user means by the name of a dataset: ".meg" is added where it has no extension.
+std::filesystem::path datasetPath(const std::filesystem::path& name);
+
 /// Opens a dataset to look at it: nobody is asked, nothing is written, and others may have the file open. A trial that
 /// isn't found doesn't hinder; the current trial is then not in memory. Throws std::runtime_error with path and reason
 /// when the dataset itself can't be read.

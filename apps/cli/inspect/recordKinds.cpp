@@ -2,6 +2,7 @@
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
+#include "megset/core/CMEGDatazk.h"
 #include "megset/records/records.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
@@ -23,6 +24,7 @@ int load(CArchive& ar)
 
 // One line for each kind: tag, what it is, and the class with the function that reads it.
 constexpr RecordKind kinds[] = {
+    {"MEGDATASETZK", "dataset file (.meg)", load<CMEGDatazk, &CMEGDatazk::serializeWithoutTrials>},
     {"MEGTRIALZK", "trial file (.trl)", load<CMDTrialzk, &CMDTrialzk::serializezk>},
     {"MEGCHANNELZK", "channel of a trial", load<CMDChannelzk, &CMDChannelzk::serializezk>},
     {"MEGRECORDINFO", "recording information", load<CMEGRecordInfozkProzk, &CMEGRecordInfozkProzk::serialize>},

@@ -62,8 +62,7 @@ TEST(BrokenRes4, EmptyFile)
 TEST(BrokenRes4, CutInsideTheHead)
 {
     const std::vector<std::byte> bytes = CtfBuilder().res4();
-    expectFault(std::span(bytes).first(1000), 1000,
-                "the file is cut, it ends before the end of the head");
+    expectFault(std::span(bytes).first(1000), 1000, "the file is cut, it ends before the end of the head");
 }
 
 TEST(BrokenRes4, CutInsideTheSensorRecords)
@@ -71,8 +70,7 @@ TEST(BrokenRes4, CutInsideTheSensorRecords)
     const CtfBuilder builder;
     const std::size_t size = sensorAt(builder, 4) + 17;
     const std::vector<std::byte> bytes = builder.res4();
-    expectFault(std::span(bytes).first(size), size,
-                "the file is cut, it ends before the end of the sensor records");
+    expectFault(std::span(bytes).first(size), size, "the file is cut, it ends before the end of the sensor records");
 }
 
 TEST(BrokenRes4, CutInsideTheCoefficients)

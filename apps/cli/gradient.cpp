@@ -1,0 +1,42 @@
+#include "apps/cli/commands.h"
+#include "apps/cli/process/gradientOrder.h"
+
+#include <iostream>
+#include <memory>
+
+namespace megset::cli {
+
+namespace {
+
+struct Arguments
+{
+    ChangeArguments change;
+    GradientRequest request;
+};
+
+void reduceAndTell(const Arguments& arguments)
+{
+    const GradientResult result = reduceNoise(arguments.change, arguments.request);
+    std::cout << "order " << arguments.request.order << ": " << result.reduced << " channels";
+    if (result.unreduced > 0)
+        std::cout << "; " << result.unreduced << " MEG channels have no coefficients for it and are at order 0";
+    std::cout << '\n';
+}
+
+} // namespace
+
+void addGradient(CLI::App& program)
+{
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command =
+        program.add_subcommand("gradient", "Reduce distant noise by the reference channels, in all trials");
+    addChangeOptions(*command, arguments->change);
+    GradientRequest& request = arguments->request;
+    command->add_option("--order", request.order, "Gradient order, 0 (none) to 3")->required()->check(CLI::Range(0, 3));
+    command->add_flag("--ideal", request.ideal, "Coefficients of ideal sensors, not the measured ones");
+    command->add_flag("--adaptive", request.adaptive, "Coefficients adapted to the recording's noise");
+    command->footer("Example:\n  megset gradient run.meg --order 3 --out clean.meg");
+    command->callback([arguments] { reduceAndTell(*arguments); });
+}
+
+} // namespace megset::cli
