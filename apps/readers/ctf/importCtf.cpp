@@ -133,7 +133,7 @@ void Import::addMarks()
     addBadSegments(m_recording, m_dataset.m_mkSegment);
     const int outside = addMarkers(m_recording, m_dataset.m_mkMarker);
     if (outside > 0)
-        m_notes.push_back(std::to_string(outside) + " markers lie outside their trials and are left out.");
+        m_notes.push_back("Marks outside their trials are left out: " + std::to_string(outside) + ".");
 }
 
 void Import::saveTrials()

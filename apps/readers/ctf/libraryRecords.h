@@ -21,7 +21,8 @@ CString channelTypeName(const Channel& channel);
 /// One sensor for each channel, in their order: those of field with coils, gains and gradient order, those of
 /// electrodes with a place, the rest with name and type. Positions are in mm, x to the left, y up, z to the back.
 /// Directions are those of the field that gives positive samples. Coils whose place in the head was not recorded have
-/// none there.
+/// none there. A sensor has its channel's name; one that stands in another sensor's name is between blanks, so that the
+/// library's search for coefficients, which takes the first name that holds the sensor's, doesn't find the other's.
 std::vector<CMEGSensorzk> librarySensors(const Res4& header);
 
 /// One electrode for each EEG channel, in their order, with its place in the head where that was recorded.

@@ -159,7 +159,7 @@ TEST_F(ImportCtf, BadChannelsTrialsSegmentsAndMarkersComeAlong)
     EXPECT_EQ(m_dataset.getTrialzk(1)->isGoodTrial(), 0);
     EXPECT_EQ(m_dataset.m_mkSegment.getMarker(0, false)->getMarkPt(0)->m_nMarkPtTrial, 1);
     EXPECT_EQ(m_dataset.m_mkMarker.getMarker(0, false)->getMarkPt(0)->m_nMarkPtBegin, 1);
-    EXPECT_THAT(m_notes, ElementsAre("1 markers lie outside their trials and are left out."));
+    EXPECT_THAT(m_notes, ElementsAre("Marks outside their trials are left out: 1."));
 }
 
 TEST_F(ImportCtf, FiducialsGoIntoDatasetAndTrials)
