@@ -397,6 +397,29 @@ TEST_F(PhantomRecording, TheFoldersNameEndsWithDs)
     EXPECT_TRUE(folder.has("with.dot and blank.ds\\with.dot and blank.meg4"));
 }
 
+TEST_F(PhantomRecording, AFailureHalfwayLeavesNothing)
+{
+    // The hundredth continuation file has a name that is longer than the system takes.
+    PhantomOptions options;
+    options.trials = 102;
+    options.rate = 100;
+    options.seconds = 0.2;
+    options.preTriggerSeconds = 0;
+    options.pulseSamples = 1;
+    options.channels = 1;
+    options.maxFileBytes = 8 + 63 * 20 * 4;
+    const std::string name(247, 'x');
+    try {
+        write(options, name + ".ds");
+        FAIL();
+    } catch (const std::runtime_error& fault) {
+        EXPECT_THAT(fault.what(), HasSubstr(".100_meg4 can't be written"));
+    }
+    EXPECT_THAT(folder.names(), IsEmpty());
+    options.trials = 100;
+    EXPECT_EQ(write(options, name + ".ds").sampleFiles, 100);
+}
+
 TEST_F(PhantomRecording, AMissingFolderAboveIsNamed)
 {
     try {
