@@ -92,7 +92,7 @@ PhantomPlan planPhantom(const PhantomOptions& options)
             "a trial is long enough for its first stimulus with the whole pulse and a sample behind it");
     require(options.stimulusIntervalSeconds == 0 || interval > options.pulseSamples,
             "the time between stimuli is longer than a pulse");
-    require(!options.continuous || std::int64_t{samples} * options.trials <= maxSamples,
+    require(!options.continuous || static_cast<double>(samples) * options.trials <= maxSamples,
             "a continuous recording has at most 1e9 samples");
 
     PhantomPlan plan;
