@@ -42,7 +42,9 @@ void addPhantom(CLI::App& program)
     command->add_option("--seconds", options.seconds, "Length of a trial")->capture_default_str();
     command->add_option("--rate", options.rate, "Samples a second")->capture_default_str();
     command->add_option("--channels", options.channels, "Number of gradiometers, up to 275")->capture_default_str();
-    command->add_option("--seed", options.seed, "Another number makes another recording")->capture_default_str();
+    command->add_option("--seed", options.seed, "Another number makes another recording")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
     command->callback([arguments] { writePhantom(*arguments); });
 }
 

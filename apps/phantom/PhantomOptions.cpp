@@ -73,8 +73,11 @@ std::vector<int> stimulusSamples(int first, int interval, int pulse, int samples
 
 std::span<const Stimulus> PhantomPlan::stimuliOf(int trial) const
 {
-    const auto range = std::ranges::equal_range(stimuli, trial, {}, &Stimulus::trial);
-    return {range.begin(), range.end()};
+    const auto begin = std::lower_bound(stimuli.begin(), stimuli.end(), trial,
+                                        [](const Stimulus& stimulus, int number) { return stimulus.trial < number; });
+    const auto end = std::upper_bound(begin, stimuli.end(), trial,
+                                      [](int number, const Stimulus& stimulus) { return number < stimulus.trial; });
+    return {begin, end};
 }
 
 PhantomPlan planPhantom(const PhantomOptions& options)
@@ -89,7 +92,7 @@ PhantomPlan planPhantom(const PhantomOptions& options)
             "a trial is long enough for its first stimulus with the whole pulse and a sample behind it");
     require(options.stimulusIntervalSeconds == 0 || interval > options.pulseSamples,
             "the time between stimuli is longer than a pulse");
-    require(!options.continuous || std::int64_t{samples} * options.trials <= maxSamples,
+    require(!options.continuous || static_cast<double>(samples) * options.trials <= maxSamples,
             "a continuous recording has at most 1e9 samples");
 
     PhantomPlan plan;

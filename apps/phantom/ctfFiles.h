@@ -6,6 +6,7 @@
 #include "apps/phantom/coefficients.h"
 
 #include <string>
+#include <vector>
 
 namespace megset::phantom {
 

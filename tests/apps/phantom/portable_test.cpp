@@ -12,11 +12,18 @@ namespace {
 
 TEST(SineOfTurns, AgreesWithTheLibrarysSine)
 {
-    for (int i = -4000; i <= 4000; ++i) {
-        const double turns = i / 1000.0;
-        EXPECT_NEAR(sineOfTurns(turns), std::sin(2 * std::numbers::pi * turns), 4e-15) << turns;
-        EXPECT_NEAR(cosineOfTurns(turns), std::cos(2 * std::numbers::pi * turns), 4e-15) << turns;
+    for (int i = -1024; i <= 1024; ++i) {
+        const double turns = i / 1024.0;
+        EXPECT_NEAR(sineOfTurns(turns), std::sin(2 * std::numbers::pi * turns), 2e-15) << turns;
+        EXPECT_NEAR(cosineOfTurns(turns), std::cos(2 * std::numbers::pi * turns), 2e-15) << turns;
     }
+}
+
+TEST(SineOfTurns, ComesAgainWithEveryTurn)
+{
+    for (int i = 0; i < 1024; ++i)
+        for (const int turns : {-1000, -3, 1, 2, 100000})
+            EXPECT_EQ(sineOfTurns(turns + i / 1024.0), sineOfTurns(i / 1024.0)) << turns << ' ' << i;
 }
 
 TEST(SineOfTurns, IsExactAtWholeAndHalfTurns)
