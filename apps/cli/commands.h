@@ -35,6 +35,15 @@ void addDemo(CLI::App& program);
 /// `gradient DATASET --order N`: noise reduction by the reference channels.
 void addGradient(CLI::App& program);
 
+/// `resample DATASET --factor N`: a lower sampling rate.
+void addResample(CLI::App& program);
+
+/// `montage DATASET`: channels referred to others.
+void addMontage(CLI::App& program);
+
+/// `channels DATASET`: good, shown and selected channels.
+void addChannels(CLI::App& program);
+
 /// `restore DATASET`: back to the samples as recorded.
 void addRestore(CLI::App& program);
 

@@ -23,6 +23,9 @@ void addCommands(CLI::App& program)
     megset::cli::addExport(program);
     megset::cli::addPhantom(program);
     megset::cli::addGradient(program);
+    megset::cli::addResample(program);
+    megset::cli::addMontage(program);
+    megset::cli::addChannels(program);
     megset::cli::addRestore(program);
     megset::cli::addLayout(program);
     megset::cli::addManual(program);

@@ -17,6 +17,8 @@ public:
 
     /// Notes a file that is about to be made. Throws std::runtime_error when there is one already.
     void add(const std::filesystem::path& path);
+    /// Notes a file that has just been made.
+    void take(const std::filesystem::path& path) { m_paths.push_back(path); }
     void keep() { m_paths.clear(); }
 
 private:

@@ -87,6 +87,18 @@ std::vector<fs::path> copyTrials(const OpenDataset& source, const fs::path& targ
     return copies;
 }
 
+void write(OpenDataset& open, const fs::path& path)
+{
+    CFile file;
+    CFileException exception;
+    if (!file.Open(fromNative(path), CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive, &exception))
+        throw std::runtime_error(exception.GetErrorMessage().toUtf8());
+    CArchive archive(&file, CArchive::store);
+    open.dataset.serializezk(archive);
+    archive.Close();
+    file.Close();
+}
+
 // Takes folder and file name from the document, and keeps the session's name, which goes by the document otherwise.
 void takeDocument(OpenDataset& open)
 {
@@ -94,6 +106,8 @@ void takeDocument(OpenDataset& open)
     open.dataset.setDocument(&open.document, true);
     open.dataset.setSessionName(session);
 }
+
+} // namespace
 
 void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& created)
 {
@@ -114,29 +128,6 @@ void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& cre
     source->dataset.m_nTotalTrial = static_cast<int>(copies.size());
     storeDataset(*source);
 }
-
-std::unique_ptr<OpenDataset> openToChange(const fs::path& path)
-{
-    ReadingNotes notes;
-    auto open = openDatasetToLook(path, notes);
-    for (const std::string& message : notes.messages)
-        AfxMessageBox(message, MB_OK);
-    return open;
-}
-
-void write(OpenDataset& open, const fs::path& path)
-{
-    CFile file;
-    CFileException exception;
-    if (!file.Open(fromNative(path), CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive, &exception))
-        throw std::runtime_error(exception.GetErrorMessage().toUtf8());
-    CArchive archive(&file, CArchive::store);
-    open.dataset.serializezk(archive);
-    archive.Close();
-    file.Close();
-}
-
-} // namespace
 
 void addAnswerOptions(CLI::App& command, bool& yes, bool& no)
 {
@@ -175,7 +166,7 @@ void changeDataset(const ChangeArguments& arguments, const std::function<void(Op
     CreatedFiles created;
     if (!arguments.inPlace)
         copyDataset(absolutePath(arguments.dataset), target, created);
-    const auto open = openToChange(target);
+    const auto open = openDatasetToChange(target);
     takeDocument(*open);
     change(*open);
     storeDataset(*open);

@@ -1,6 +1,7 @@
 #pragma once
 // What all commands that change a dataset share: where the result goes, and who answers questions.
 
+#include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/dataset/openDataset.h"
 
 #include <CLI/CLI.hpp>
@@ -29,6 +30,10 @@ void addAnswerOptions(CLI::App& command, bool& yes, bool& no);
 /// the library asks is answered as told, else asked on a terminal, else No. When something fails, a copy is removed,
 /// and a std::runtime_error tells why; a dataset that is changed in place is stored only after `change` returned.
 void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change);
+
+/// Copies a dataset with its trials to another name; both paths are absolute. All that is made is noted in `created`.
+/// Throws std::runtime_error.
+void copyDataset(const std::filesystem::path& from, const std::filesystem::path& target, CreatedFiles& created);
 
 /// Writes the dataset's file, in one step: a failure leaves the former file. Throws std::runtime_error; trials that
 /// could not be saved are told.

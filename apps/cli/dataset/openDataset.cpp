@@ -7,6 +7,7 @@
 #include "megset/platform/paths.h"
 #include "megset/platform/terminalText.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace megset::cli {
@@ -30,19 +31,43 @@ std::string reasonOf(const CArchiveException& exception)
                                                              : exception.what();
 }
 
-void read(OpenDataset& open, CFile& file, ReadingNotes& notes)
+// Reads the dataset's own file with `serialize`, an operation of the dataset.
+template <class Serialize>
+void read(OpenDataset& open, CFile& file, std::uint64_t& bytesLeft, Serialize serialize)
 {
-    const MessageRecorder host([] { return ReaderMessage(); });
     CArchive archive(&file, CArchive::load);
     try {
-        const int done = open.dataset.serializezk(archive);
-        addMessages(host, notes.messages);
-        if (!done)
-            throw fault(open.path, notes.messages.empty() ? "this dataset can't be read" : notes.messages.back());
-        notes.bytesLeft = archive.bytesLeft();
+        if (!serialize(archive))
+            throw fault(open.path, "this dataset can't be read");
+        bytesLeft = archive.bytesLeft();
     } catch (const CArchiveException& exception) {
         throw fault(open.path, reasonOf(exception));
     }
+}
+
+std::unique_ptr<OpenDataset> openFile(const std::filesystem::path& path, CFile& file, unsigned sharing)
+{
+    auto open = std::make_unique<OpenDataset>();
+    open->path = std::filesystem::absolute(path).lexically_normal();
+    CFileException exception;
+    if (!file.Open(fromNative(open->path), CFile::modeRead | sharing, &exception))
+        throw std::runtime_error(showControlCharacters(exception.GetErrorMessage()).toUtf8());
+    open->document.SetPathName(fromNative(open->path));
+    open->dataset.setDocument(&open->document, false);
+    return open;
+}
+
+// Makes the current trial resident as the library does on opening, but without a question and without writing.
+void readCurrentTrial(OpenDataset& open)
+{
+    CMEGDatazk& dataset = open.dataset;
+    const int last = std::min(dataset.getTotalTrial(), dataset.m_aTrialFilePath.GetSize()) - 1;
+    dataset.m_nCurrentTrial = std::max(0, std::min(dataset.m_nCurrentTrial, last));
+    if (last < 0 || dataset.getCurrentTrialPt() != nullptr)
+        return;
+    if (!dataset.m_ppTrial && !dataset.m_ppTrial.allocate(dataset.getTotalTrial()))
+        throw std::runtime_error("there is not enough memory");
+    dataset.m_ppTrial.set(dataset.m_nCurrentTrial, readTrial(open, dataset.m_nCurrentTrial));
 }
 
 } // namespace
@@ -57,15 +82,33 @@ std::filesystem::path datasetPath(const std::filesystem::path& name)
 
 std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes)
 {
-    auto open = std::make_unique<OpenDataset>();
-    open->path = std::filesystem::absolute(path).lexically_normal();
+    const MessageRecorder host([] { return ReaderMessage(); });
     CFile file;
-    CFileException exception;
-    if (!file.Open(fromNative(open->path), CFile::modeRead | CFile::shareDenyNone, &exception))
-        throw std::runtime_error(showControlCharacters(exception.GetErrorMessage()).toUtf8());
-    open->document.SetPathName(fromNative(open->path));
-    open->dataset.setDocument(&open->document, false);
-    read(*open, file, notes);
+    auto open = openFile(path, file, CFile::shareDenyNone);
+    try {
+        read(*open, file, notes.bytesLeft,
+             [&open](CArchive& archive) { return open->dataset.serializeWithoutTrials(archive); });
+        addMessages(host, notes.messages);
+    } catch (const std::runtime_error&) {
+        // The reader's own words say more than that it failed.
+        if (!host.messages().empty())
+            throw fault(open->path, host.messages().back().text);
+        throw;
+    }
+    try {
+        readCurrentTrial(*open);
+    } catch (const std::runtime_error& exception) {
+        notes.messages.emplace_back(exception.what());
+    }
+    return open;
+}
+
+std::unique_ptr<OpenDataset> openDatasetToChange(const std::filesystem::path& path)
+{
+    CFile file;
+    auto open = openFile(path, file, CFile::shareExclusive);
+    std::uint64_t bytesLeft = 0;
+    read(*open, file, bytesLeft, [&open](CArchive& archive) { return open->dataset.serializezk(archive); });
     return open;
 }
 
@@ -74,6 +117,29 @@ CString findTrialFile(const OpenDataset& open, int trial)
     const CMEGDatazk& dataset = open.dataset;
     return CMDTrialzk::findFile4FilePath(dataset.m_aTrialFilePath.GetAt(trial), &open.document,
                                          dataset.m_strDatasetPath, false);
+}
+
+std::unique_ptr<CMDTrialzk> readTrial(const OpenDataset& open, int trial)
+{
+    const CString path = findTrialFile(open, trial);
+    if (path.IsEmpty())
+        throw std::runtime_error(open.dataset.m_aTrialFilePath.GetAt(trial).toUtf8() + ": the trial's file is missing");
+    CFile file;
+    CFileException exception;
+    if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone, &exception))
+        throw std::runtime_error(exception.GetErrorMessage().toUtf8());
+    const MessageRecorder host([] { return ReaderMessage(); });
+    CArchive archive(&file, CArchive::load);
+    auto read = std::make_unique<CMDTrialzk>();
+    bool done = false;
+    try {
+        done = read->serializezk(archive) != 0;
+    } catch (const CArchiveException&) {
+        throw fault(toNative(path), "the file ends before the trial does");
+    }
+    if (!done)
+        throw fault(toNative(path), host.messages().empty() ? "the trial can't be read" : host.messages().back().text);
+    return read;
 }
 
 } // namespace megset::cli

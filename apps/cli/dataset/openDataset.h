@@ -32,12 +32,19 @@ struct ReadingNotes
 /// The absolute path that a user means by the name of a dataset: ".meg" is added where it has no extension.
 std::filesystem::path datasetPath(const std::filesystem::path& name);
 
-/// Opens a dataset to look at it: nobody is asked, nothing is written, and others may have the file open. A trial that
-/// isn't found doesn't hinder; the current trial is then not in memory. Throws std::runtime_error with path and reason
-/// when the dataset itself can't be read.
+/// Opens a dataset with its current trial to look at it: nobody is asked, nothing is written, and others may have the
+/// files open. A trial that can't be read doesn't hinder; it is told in the notes and not in memory then. Throws
+/// std::runtime_error with path and reason when the dataset itself can't be read.
 std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes);
+
+/// Opens a dataset as the library does, which may ask for its current trial and, for old files, writes trials back.
+/// Throws as above.
+std::unique_ptr<OpenDataset> openDatasetToChange(const std::filesystem::path& path);
 
 /// Where the file of a trial is, by the library's search but without a question; empty when it isn't found.
 CString findTrialFile(const OpenDataset& open, int trial);
+
+/// Reads a trial without the dataset knowing. Throws std::runtime_error with the file and the reason.
+std::unique_ptr<CMDTrialzk> readTrial(const OpenDataset& open, int trial);
 
 } // namespace megset::cli

@@ -124,7 +124,7 @@ TEST(Info, MissingTrialIsShownAsSuchAndTheRestIsTold)
     std::filesystem::remove(sample.trialFile(2));
     const auto result = runMegset({"info", sample.path(), "--json"});
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.errors, HasSubstr("Open trial data failed "));
+    EXPECT_THAT(result.errors, HasSubstr("runTrial2.trl: the trial's file is missing"));
     const json info = json::parse(result.output);
     EXPECT_EQ(info.at("trials")[2].at("found"), false);
     EXPECT_EQ(info.at("trials")[1].at("found"), true);

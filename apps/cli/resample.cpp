@@ -1,0 +1,50 @@
+#include "apps/cli/process/resample.h"
+#include "apps/cli/commands.h"
+#include "apps/cli/dataset/changeDataset.h"
+
+#include <iostream>
+#include <memory>
+
+namespace megset::cli {
+
+namespace {
+
+struct Arguments
+{
+    ChangeArguments change;
+    ResampleRequest request;
+    std::string made; ///< --new
+};
+
+void resample(const Arguments& arguments)
+{
+    double rate = 0.0;
+    if (!arguments.made.empty())
+        rate = makeResampled(arguments.change, arguments.request, arguments.made);
+    else
+        changeDataset(arguments.change, [&](OpenDataset& open) {
+            resampleDataset(open, arguments.request);
+            rate = open.dataset.getMEGRecordInfozk()->m_dRecSampleRate;
+        });
+    std::cout << "re-sampled by " << arguments.request.factor << ": " << rate << " Hz\n";
+}
+
+} // namespace
+
+void addResample(CLI::App& program)
+{
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command = program.add_subcommand("resample", "Lower the sampling rate by a whole factor");
+    addChangeOptions(*command, arguments->change);
+    command->add_option("--factor", arguments->request.factor, "Keep one sample of so many; 1 undoes it")->required();
+    command->add_flag("--average", arguments->request.average, "The mean of the samples, not the first of them");
+    command
+        ->add_option("--new", arguments->made,
+                     "Make a dataset that has been recorded so, and can't be brought back to the former rate")
+        ->excludes("--out")
+        ->excludes("--in-place");
+    command->footer("Example:\n  megset resample run.meg --factor 4 --average --out slow.meg");
+    command->callback([arguments] { resample(*arguments); });
+}
+
+} // namespace megset::cli
