@@ -152,6 +152,25 @@ std::optional<FileChoice> CConsoleHost::chooseFile(const FileRequest& request)
     return std::nullopt;
 }
 
+// Flag by flag; the end of input cancels.
+std::optional<std::vector<bool>> CConsoleHost::chooseFlags(const FlagRequest& request)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!mayAsk()) {
+        showLine(request.title + ": cancelled, there is nobody to ask");
+        return std::nullopt;
+    }
+    showLine(request.title);
+    std::vector<bool> set;
+    for (const FlagRequest::Flag& flag : request.flags) {
+        const auto reply = askFlag(flag);
+        if (!reply)
+            return std::nullopt;
+        set.push_back(*reply);
+    }
+    return set;
+}
+
 int CConsoleHost::showReport(const CString& text, const CString& title)
 {
     const std::lock_guard lock(m_mutex);
@@ -200,6 +219,24 @@ bool CConsoleHost::askYesNo(const CString& text)
             return true;
         if (reply.IsEmpty() || reply == "n" || reply == "no")
             return false;
+    }
+}
+
+// An empty line keeps the flag as it is; nothing at the end of input.
+std::optional<bool> CConsoleHost::askFlag(const FlagRequest::Flag& flag)
+{
+    for (;;) {
+        show(withPrefix(flag.label).toUtf8() + (flag.set ? "? [Y/n] " : "? [y/N] "));
+        const auto line = readLine();
+        if (!line) {
+            show("cancelled\n");
+            return std::nullopt;
+        }
+        const CString reply = CString(*line).Trim().MakeLower();
+        if (reply.IsEmpty())
+            return flag.set;
+        if (reply == "y" || reply == "yes" || reply == "n" || reply == "no")
+            return reply.Left(1) == "y";
     }
 }
 

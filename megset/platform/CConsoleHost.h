@@ -28,7 +28,7 @@ struct ConsoleStreams
 
 /// The host of programs without windows. Messages, questions and progress go to the error stream, reports to the
 /// output stream. Questions and file choices are asked when input and error stream are terminals; otherwise a question
-/// gets the set answer, No unless told, and a file choice is cancelled. Wait cursor and repaint have no effect.
+/// gets the set answer, No unless told, and a choice of a file or of flags is cancelled. Wait cursor and repaint have no effect.
 /// Control characters in texts are shown escaped.
 class CConsoleHost : public CUserHost
 {
@@ -43,6 +43,7 @@ public:
 
     int messageBox(const CString& text, unsigned type) override;
     std::optional<FileChoice> chooseFile(const FileRequest& request) override;
+    std::optional<std::vector<bool>> chooseFlags(const FlagRequest& request) override;
     void beginProgress(int id, const CString& title, std::int64_t from, std::int64_t to) override;
     void setProgress(int id, std::int64_t position) override;
     void endProgress(int id) override;
@@ -66,6 +67,7 @@ private:
     void showLine(const CString& text);
     std::optional<std::string> readLine();
     bool askYesNo(const CString& text);
+    std::optional<bool> askFlag(const FlagRequest::Flag& flag);
     std::optional<std::string> askPath(const FileRequest& request);
     bool isAccepted(const FileRequest& request, const std::string& path);
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace megset {
 
@@ -30,6 +31,18 @@ struct FileChoice
     int filterIndex = 1;
 };
 
+/// Boxes to tick, under a title: what each says, and whether it is ticked at first.
+struct FlagRequest
+{
+    struct Flag
+    {
+        CString label;
+        bool set = false;
+    };
+    CString title;
+    std::vector<Flag> flags;
+};
+
 /// Where the library shows and asks. Any thread may call any operation, so a host does its own locking.
 class CUserHost
 {
@@ -44,6 +57,10 @@ public:
 
     /// Lets the user choose a file that meets the request; nothing when cancelled.
     virtual std::optional<FileChoice> chooseFile(const FileRequest& request) = 0;
+
+    /// Lets the user set flags: one value for each of the request's; nothing when cancelled. A host that has no way to
+    /// ask leaves it at that.
+    virtual std::optional<std::vector<bool>> chooseFlags(const FlagRequest& /*request*/) { return std::nullopt; }
 
     /// A bar over from..to. `id` tells the bars of the process apart; bars may nest and may come from several threads.
     virtual void beginProgress(int id, const CString& title, std::int64_t from, std::int64_t to) = 0;

@@ -8,11 +8,10 @@ namespace megset {
 class CMDTrial6IcaFace : public CMDTrial6Analysis
 {
 public:
-    int cleanIcaFace()
-    {
-        m_pFaceIca.reset();
-        return 1;
-    }
+    /// The components; with `bCreate` an empty object is made where there is none. Null without one or without memory.
+    CFaceIcazk* getFaceIca(int bCreate);
+    /// Ends the components. Gives 1.
+    int cleanIcaFace();
 };
 
 } // namespace megset

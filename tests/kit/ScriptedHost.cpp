@@ -18,6 +18,8 @@ ScriptedHost::~ScriptedHost()
                       << (unused.yes ? "yes" : "no");
     for (const Choice& unused : m_choices)
         ADD_FAILURE() << "File choice never asked for: " << (unused ? unused->path : "cancel");
+    if (!m_flags.empty())
+        ADD_FAILURE() << m_flags.size() << " choices of flags never asked for";
 }
 
 void ScriptedHost::addAnswer(const std::optional<CString>& question, bool yes)
@@ -30,6 +32,12 @@ void ScriptedHost::addChoice(const Choice& choice)
 {
     const std::lock_guard lock(m_mutex);
     m_choices.push_back(choice);
+}
+
+void ScriptedHost::addFlags(const Flags& flags)
+{
+    const std::lock_guard lock(m_mutex);
+    m_flags.push_back(flags);
 }
 
 std::vector<std::string> ScriptedHost::calls() const
@@ -50,6 +58,11 @@ std::vector<CString> ScriptedHost::questions() const
 std::vector<FileRequest> ScriptedHost::fileRequests() const
 {
     return locked(m_record.fileRequests);
+}
+
+std::vector<FlagRequest> ScriptedHost::flagRequests() const
+{
+    return locked(m_record.flagRequests);
 }
 
 std::vector<ScriptedHost::Report> ScriptedHost::reports() const
@@ -122,6 +135,27 @@ std::optional<FileChoice> ScriptedHost::chooseFile(const FileRequest& request)
     m_record.fileRequests.push_back(request);
     note((request.open ? "open file [" : "save file [") + request.filter + "] -> " +
          (choice ? choice->path : "cancel"));
+    return choice;
+}
+
+std::optional<std::vector<bool>> ScriptedHost::chooseFlags(const FlagRequest& request)
+{
+    const std::lock_guard lock(m_mutex);
+    Flags choice;
+    if (m_flags.empty()) {
+        ADD_FAILURE() << "Choice of flags that nobody expected: " << request.title;
+    } else {
+        choice = m_flags.front();
+        m_flags.pop_front();
+    }
+    m_record.flagRequests.push_back(request);
+    CString boxes;
+    for (const FlagRequest::Flag& flag : request.flags)
+        boxes += (boxes.IsEmpty() ? "" : ", ") + flag.label + (flag.set ? "=1" : "=0");
+    CString reply = choice ? "" : " cancel";
+    for (std::size_t i = 0; choice && i < choice->size(); ++i)
+        reply += (*choice)[i] ? " 1" : " 0";
+    note("flags " + request.title + " [" + boxes + "] ->" + reply);
     return choice;
 }
 

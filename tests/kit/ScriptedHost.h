@@ -11,7 +11,7 @@
 namespace megset {
 
 /// A host that answers from a script and records every call. It is the host of the process from construction to
-/// destruction. A question or file choice that nobody expected fails the running test and is answered No or cancelled;
+/// destruction. A question or choice that nobody expected fails the running test and is answered No or cancelled;
 /// answers that were never used fail it at destruction.
 ///
 ///     ScriptedHost host;
@@ -43,9 +43,14 @@ public:
     void willChooseFile(const CString& path, int filterIndex) { addChoice({{path, filterIndex}}); }
     void willCancelFile() { addChoice(std::nullopt); }
 
+    /// What the next choice of flags gives, one value for each.
+    void willChooseFlags(const std::vector<bool>& flags) { addFlags(flags); }
+    void willCancelFlags() { addFlags(std::nullopt); }
+
     /// Every call in order, one text each:
     ///     message: <text>                          question: <text> -> yes | no
     ///     open file [<filter>] -> <path> | cancel  save file [<filter>] -> <path> | cancel
+    ///     flags <title> [<label>=0|1, ...] -> 0|1 ... | cancel
     ///     progress begin <title> <from>..<to>      progress <title> <position>        progress end <title>
     ///     report <title>: <text>                   wait begin                         wait end
     ///     invalidate [erase]
@@ -54,6 +59,7 @@ public:
     std::vector<CString> messages() const;
     std::vector<CString> questions() const;
     std::vector<FileRequest> fileRequests() const;
+    std::vector<FlagRequest> flagRequests() const;
     std::vector<Report> reports() const;
     /// The views that were asked to repaint.
     std::vector<CWnd*> invalidated() const;
@@ -69,6 +75,7 @@ public:
 
     int messageBox(const CString& text, unsigned type) override;
     std::optional<FileChoice> chooseFile(const FileRequest& request) override;
+    std::optional<std::vector<bool>> chooseFlags(const FlagRequest& request) override;
     void beginProgress(int id, const CString& title, std::int64_t from, std::int64_t to) override;
     void setProgress(int id, std::int64_t position) override;
     void endProgress(int id) override;
@@ -84,6 +91,7 @@ private:
         bool yes;
     };
     using Choice = std::optional<FileChoice>; // with index 0: as requested
+    using Flags = std::optional<std::vector<bool>>;
 
     struct Record
     {
@@ -91,6 +99,7 @@ private:
         std::vector<CString> messages;
         std::vector<CString> questions;
         std::vector<FileRequest> fileRequests;
+        std::vector<FlagRequest> flagRequests;
         std::vector<Report> reports;
         std::vector<CWnd*> invalidated;
     };
@@ -103,6 +112,7 @@ private:
     }
     void addAnswer(const std::optional<CString>& question, bool yes);
     void addChoice(const Choice& choice);
+    void addFlags(const Flags& flags);
     void note(const CString& line) { m_record.calls.push_back(line.toUtf8()); }
     bool answer(const CString& question);
     Choice nextChoice(const FileRequest& request);
@@ -111,6 +121,7 @@ private:
     mutable std::mutex m_mutex; // guards all that follows
     std::deque<Answer> m_answers;
     std::deque<Choice> m_choices;
+    std::deque<Flags> m_flags;
     Record m_record;
     std::map<int, CString> m_bars; // titles of the bars that are shown
     int m_waitDepth = 0;
