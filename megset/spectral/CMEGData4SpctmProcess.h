@@ -6,6 +6,8 @@
 
 namespace megset {
 
+class CSumChnlSpctmDatazk;
+
 /// The four filters of channels, always in this order: MEG, EEG, good and shown in all trials. Each that is set is one
 /// more requirement, so that MEG and EEG together leave no channel. A null trial stands for the current one, as it is
 /// in memory; an index of -1 does, too.
