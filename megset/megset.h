@@ -9,6 +9,7 @@
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CConsoleHost.h"
+#include "megset/platform/CDC.h"
 #include "megset/platform/CDocument.h"
 #include "megset/platform/CFileDialog.h"
 #include "megset/platform/CFileFind.h"

@@ -32,6 +32,12 @@ void addImport(CLI::App& program);
 /// `demo [DIR]`: a session from the recording to clean samples, on a phantom.
 void addDemo(CLI::App& program);
 
+/// `measure DATASET`: what the signal of channels does in a range.
+void addMeasure(CLI::App& program);
+
+/// `spectrum DATASET`: spectra over time and frequency.
+void addSpectrum(CLI::App& program);
+
 /// `gradient DATASET --order N`: noise reduction by the reference channels.
 void addGradient(CLI::App& program);
 

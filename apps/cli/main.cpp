@@ -21,6 +21,8 @@ void addCommands(CLI::App& program)
     megset::cli::addInfo(program);
     megset::cli::addCheck(program);
     megset::cli::addExport(program);
+    megset::cli::addMeasure(program);
+    megset::cli::addSpectrum(program);
     megset::cli::addPhantom(program);
     megset::cli::addGradient(program);
     megset::cli::addResample(program);

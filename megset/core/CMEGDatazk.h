@@ -6,6 +6,8 @@
 namespace megset {
 
 class CDlgReSamplingMEGData;
+class CDlgSeegProbeSetup;
+class CDlgSetupROIDewar;
 class CWnd;
 
 class CMEGDatazk : public CMEGData9FileRecord
@@ -26,7 +28,26 @@ public:
     /// null. 1; 0 without trials ("There is no data!").
     int showDlgResampleData(CWnd* parent);
 
+    /// The same with the dialog of the region of interest in the dewar, loaded from the dataset.
+    int showDlgSetupROIDewar(CWnd* parent);
+    /// The same with the dialog of one SEEG probe, loaded from the current probe. A trial other than -1 is opened
+    /// first.
+    int showDlgSeegProbeSetup(CWnd* parent, int trial);
+
+    // Two points that views and dialogs of all datasets hand to each other, mm. Give 1.
+
+    /// The place selected in the source images; what 3D views write.
+    static int getMsiSelect3DPts2Me(double& x, double& y, double& z);
+    static int setMsiSelect3DPts2Me(double x, double y, double z);
+    /// Pointers to its three numbers.
+    static int getMsiSelect3DPtrs(double*& x, double*& y, double*& z);
+    /// The SEEG contact that was chosen.
+    static int getSeegProbContact2Me(double& x, double& y, double& z);
+    static int setSeegProbContact2Me(double x, double y, double z);
+
     std::unique_ptr<CDlgReSamplingMEGData> m_pDlgResampling;
+    std::unique_ptr<CDlgSetupROIDewar> m_pDlgRoiDewar;
+    std::unique_ptr<CDlgSeegProbeSetup> m_pDlgSeegProbe;
 
     // Process-wide, without a lock, in mm.
     static double m_dMsiSelectX;

@@ -5,20 +5,40 @@
 namespace megset {
 namespace {
 
-bool isIn(const CPtrArray& views, const CWnd* view)
+// The place of a view, -1 where it isn't registered.
+int placeOf(const CPtrArray& views, const CWnd* view)
 {
     for (int i = 0; i < views.GetSize(); ++i)
         if (views.GetAt(i) == view)
-            return true;
-    return false;
+            return i;
+    return -1;
 }
 
 } // namespace
 
+int CMEGData8Show::viewerAdd(CWnd* view)
+{
+    if (view == nullptr || placeOf(m_aViewer, view) >= 0)
+        return 0;
+    return m_aViewer.Add(view) + 1;
+}
+
+int CMEGData8Show::viewerRemove(CWnd* view, bool all)
+{
+    if (all) {
+        m_aViewer.RemoveAll();
+        return 0;
+    }
+    const int place = placeOf(m_aViewer, view);
+    if (place < 0)
+        return -1;
+    m_aViewer.RemoveAt(place);
+    return m_aViewer.GetSize();
+}
+
 int CMEGData8Show::viewerInvalidate(bool erase, CWnd* view, bool all)
 {
-    if (view != nullptr && !isIn(m_aViewer, view))
-        m_aViewer.Add(view);
+    viewerAdd(view);
     if (!all) {
         if (view == nullptr)
             return 0;

@@ -121,7 +121,6 @@ public:
 protected:
     using TrialArray = SlotArray<CMDTrialzk>;
 
-    bool makeLonger(TrialArray& longer, int total) const;
     CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
     CString freePath(const CString& stem, int exceptPlace, const CStringArray& more = {}) const;
     void saveAddedTrial(CMDTrialzk& trial, const CString& path);

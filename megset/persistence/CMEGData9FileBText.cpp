@@ -274,10 +274,8 @@ CMDTrialzk* CMEGData9FileB::appendEmptyTrial()
 {
     m_nTotalTrial = std::max(m_nTotalTrial, 0);
     TrialArray longer;
-    if (!makeLonger(longer, m_nTotalTrial + 1))
-        return nullptr;
     auto trial = tryNew<CMDTrialzk>();
-    if (trial == nullptr) {
+    if (trial == nullptr || !longer.allocate(m_nTotalTrial + 1)) {
         AfxMessageBox("Not enough memory?!", MB_OK);
         return nullptr;
     }

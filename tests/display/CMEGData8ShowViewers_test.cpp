@@ -23,6 +23,48 @@ TEST(Viewers, AreRegisteredWhenTheyAreInvalidated)
     EXPECT_THAT(host.calls(), ElementsAre("invalidate erase", "invalidate"));
 }
 
+TEST(Viewers, AddedTwiceStandOnce)
+{
+    CMEGDatazk data;
+    CWnd first;
+    CWnd second;
+    EXPECT_EQ(data.viewerAdd(&first), 1);
+    EXPECT_EQ(data.viewerAdd(&first), 0);
+    EXPECT_EQ(data.m_aViewer.GetSize(), 1);
+    EXPECT_EQ(data.viewerAdd(&second), 2);
+    EXPECT_EQ(data.viewerAdd(nullptr), 0);
+    EXPECT_EQ(data.m_aViewer.GetSize(), 2);
+}
+
+TEST(Viewers, AreRemovedOneByOneOrAllAtOnce)
+{
+    CMEGDatazk data;
+    CWnd views[3];
+    for (CWnd& view : views)
+        data.viewerAdd(&view);
+    EXPECT_EQ(data.viewerRemove(&views[1], false), 2);
+    EXPECT_EQ(data.viewerRemove(&views[1], false), -1);
+    EXPECT_EQ(data.viewerRemove(nullptr, false), -1);
+    EXPECT_EQ(data.m_aViewer.GetAt(0), &views[0]);
+    EXPECT_EQ(data.m_aViewer.GetAt(1), &views[2]);
+    EXPECT_EQ(data.viewerRemove(&views[1], true), 0);
+    EXPECT_EQ(data.m_aViewer.GetSize(), 0);
+    EXPECT_EQ(data.viewerRemove(nullptr, true), 0);
+}
+
+TEST(Viewers, ThatWereRemovedAreNotInvalidated)
+{
+    const ScriptedHost host;
+    CMEGDatazk data;
+    CWnd stays;
+    CWnd goes;
+    data.viewerAdd(&goes);
+    data.viewerAdd(&stays);
+    data.viewerRemove(&goes, false);
+    EXPECT_EQ(data.viewerInvalidate(false, nullptr, true), 1);
+    EXPECT_THAT(host.invalidated(), ElementsAre(&stays));
+}
+
 TEST(Viewers, OfADatasetAreInvalidatedWhereTheyAreVisible)
 {
     class NoWindow : public CWnd

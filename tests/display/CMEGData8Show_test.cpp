@@ -1,10 +1,10 @@
-// What the views of a dataset show.
+// The channels of measure are shown, or the nearest kind that there is.
 
 #include "megset/display/CMEGData8Show.h"
 
 #include "tests/core/filedDataset.h"
+#include "tests/display/shownChannels.h"
 #include "tests/kit/FailingAllocator.h"
-#include "tests/kit/ScriptedHost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,25 +19,8 @@ const CString noMeg = "No MEG measure channels, show EEG?";
 const CString noMegEeg = "No MEG/EEG measure channels, show all MEG/EEG?";
 const CString noSensors = "No MEG/EEG channels, show all channels?";
 
-class ShownMeasureChannels : public ::testing::Test
+class ShownMeasureChannels : public ShownChannels
 {
-protected:
-    void makeChannels(const std::vector<int>& types)
-    {
-        ASSERT_EQ(data.initMEGData(1, static_cast<int>(types.size()), 2), 1);
-        for (std::size_t i = 0; i < types.size(); ++i)
-            data.getMDTrial(0)->getChannel(static_cast<int>(i))->m_nChannelType = types[i];
-    }
-    std::vector<int> shown() const
-    {
-        std::vector<int> flags;
-        for (int i = 0; i < data.m_nChnlParamCount; ++i)
-            flags.push_back(data.isShowChnl4Alltrials(i));
-        return flags;
-    }
-
-    ScriptedHost host;
-    CMEGDatazk data;
 };
 
 TEST_F(ShownMeasureChannels, AreTheMegOnesWhereThereIsOne)
@@ -51,7 +34,7 @@ TEST_F(ShownMeasureChannels, AreTheMegOnesWhereThereIsOne)
 TEST_F(ShownMeasureChannels, FlagsThatWereSetBeforeAreSetAnewAndTheOthersStay)
 {
     makeChannels({302, 100});
-    ASSERT_EQ(data.checkInitChnlParam(data.getMDTrial(0)), 1);
+    giveFlags();
     data.setShowChnl4Alltrials(1, 0);
     data.setGoodChnl4Alltrials(0, 0);
     EXPECT_EQ(data.setShowMEGMeasureChannel(), 1);
@@ -80,7 +63,7 @@ TEST_F(ShownMeasureChannels, AreAllMegAndEegChannelsWhereNoneIsOfMeasure)
 TEST_F(ShownMeasureChannels, AreAllChannelsAtLastWithAResultOfZero)
 {
     makeChannels({600, -1, 903});
-    ASSERT_EQ(data.checkInitChnlParam(data.getMDTrial(0)), 1);
+    giveFlags();
     data.setShowChnl4Alltrials(2, 0);
     EXPECT_EQ(data.setShowMEGMeasureChannel(), 0);
     EXPECT_THAT(shown(), ElementsAre(1, 1, 1));
@@ -90,10 +73,7 @@ TEST_F(ShownMeasureChannels, AreAllChannelsAtLastWithAResultOfZero)
 
 TEST_F(ShownMeasureChannels, WithoutChannelsItSaysSo)
 {
-    ASSERT_EQ(data.m_ppTrial.allocate(1), 1);
-    data.m_ppTrial.set(0, std::make_unique<CMDTrialzk>());
-    data.m_nTotalTrial = 1;
-    data.m_nCurrentTrial = 0;
+    makeNoChannels();
     EXPECT_EQ(data.setShowMEGMeasureChannel(), 0);
     EXPECT_THAT(host.messages(), ElementsAre(noMeg, noMegEeg, noSensors, CString("No channel to show")));
 }

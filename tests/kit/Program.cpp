@@ -6,10 +6,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 namespace megset::kit {
 
@@ -67,31 +69,62 @@ std::vector<std::string> environmentWith(std::vector<std::string> settings)
 
 } // namespace
 
+namespace {
+
+// What a program prints, and its process.
+class Running
+{
+public:
+    Running(const std::string& path, const std::vector<std::string>& arguments,
+            const std::vector<std::string>& environment)
+        : m_output(temporaryFile()), m_errors(temporaryFile())
+    {
+        std::vector<std::string> words{path};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::vector<std::string> settings = environmentWith(environment);
+        posix_spawn_file_actions_t streams;
+        posix_spawn_file_actions_init(&streams);
+        posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&streams, fileno(m_output.get()), STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&streams, fileno(m_errors.get()), STDERR_FILENO);
+        const int fault =
+            posix_spawn(&m_child, path.c_str(), &streams, nullptr, pointers(words).data(), pointers(settings).data());
+        posix_spawn_file_actions_destroy(&streams);
+        if (fault != 0) {
+            throw std::runtime_error("can't start " + path);
+        }
+    }
+
+    void kill() const { ::kill(m_child, SIGKILL); }
+
+    ProgramResult wait()
+    {
+        int status = 0;
+        waitpid(m_child, &status, 0);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, content(m_output.get()), content(m_errors.get())};
+    }
+
+private:
+    TemporaryFile m_output;
+    TemporaryFile m_errors;
+    pid_t m_child = 0;
+};
+
+} // namespace
+
 ProgramResult runProgram(const std::string& path, const std::vector<std::string>& arguments,
                          const std::vector<std::string>& environment)
 {
-    std::vector<std::string> words{path};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> settings = environmentWith(environment);
-    const TemporaryFile output = temporaryFile();
-    const TemporaryFile errors = temporaryFile();
+    return Running(path, arguments, environment).wait();
+}
 
-    posix_spawn_file_actions_t streams;
-    posix_spawn_file_actions_init(&streams);
-    posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&streams, fileno(output.get()), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&streams, fileno(errors.get()), STDERR_FILENO);
-    pid_t child = 0;
-    const int fault =
-        posix_spawn(&child, path.c_str(), &streams, nullptr, pointers(words).data(), pointers(settings).data());
-    posix_spawn_file_actions_destroy(&streams);
-    if (fault != 0) {
-        throw std::runtime_error("can't start " + path);
-    }
-
-    int status = 0;
-    waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, content(output.get()), content(errors.get())};
+ProgramResult runAndKillProgram(const std::string& path, const std::vector<std::string>& arguments,
+                                std::chrono::microseconds after)
+{
+    Running running(path, arguments, {});
+    std::this_thread::sleep_for(after);
+    running.kill();
+    return running.wait();
 }
 
 } // namespace megset::kit

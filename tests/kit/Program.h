@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -17,5 +18,9 @@ struct ProgramResult
 /// NAME=value settings that come on top of the test's own.
 ProgramResult runProgram(const std::string& path, const std::vector<std::string>& arguments,
                          const std::vector<std::string>& environment = {});
+
+/// The same, but the program is killed after that time unless it has ended.
+ProgramResult runAndKillProgram(const std::string& path, const std::vector<std::string>& arguments,
+                                std::chrono::microseconds after);
 
 } // namespace megset::kit

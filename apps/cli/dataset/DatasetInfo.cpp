@@ -1,6 +1,7 @@
 #include "apps/cli/dataset/DatasetInfo.h"
 
 #include "apps/cli/dataset/TrialSummary.h"
+#include "apps/cli/process/montage.h"
 #include "megset/platform/paths.h"
 
 #include <array>
@@ -116,6 +117,8 @@ DatasetInfo collectInfo(OpenDataset& open)
         info.trials.push_back(describeTrial(open, i));
     addChannels(dataset, info.channels);
     addAllMarks(dataset, info.marks);
+    if (const CMDTrialzk* const trial = dataset.getCurrentTrialPt())
+        info.processing = describeProcessing(*trial);
     return info;
 }
 

@@ -69,6 +69,7 @@ struct DatasetInfo
     std::vector<TrialInfo> trials;
     std::vector<ChannelInfo> channels; ///< of the current trial; none when it isn't found
     std::vector<MarkInfo> marks;
+    std::vector<std::string> processing; ///< what was done to the current trial, a sentence each
 };
 
 /// Of each trial's file the beginning is read, of none but the current trial the samples.

@@ -81,6 +81,7 @@ void writeJson(const DatasetInfo& info, std::ostream& out)
         {"trials", listOf(info.trials)},
         {"channels", listOf(info.channels)},
         {"marks", listOf(info.marks)},
+        {"processing", info.processing},
         {"bytes", {{"dataset", info.bytes}, {"trials", trialBytes(info)}}}};
     // What is no valid UTF-8 in a file's name must not end the program.
     out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';

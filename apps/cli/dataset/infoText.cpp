@@ -80,6 +80,8 @@ void writeSession(const DatasetInfo& info, std::ostream& out)
     if (info.averages > 0)
         line(out, "averages", std::to_string(info.averages));
     line(out, "filter range", number(info.filterLow) + " to " + number(info.filterHigh) + " Hz");
+    for (const std::string& done : info.processing)
+        line(out, "processing", shown(done));
     line(out, "trials", std::to_string(info.trials.size()));
     line(out, "channels", channelCounts(info));
 }

@@ -76,8 +76,9 @@ void writeMap(const SensorMap& map, double left, std::ostream& out)
         << "<text x=\"" << map.width / 2 << "\" y=\"" << -titleHeight << "\" font-size=\"7\">" << escaped(map.title)
         << "</text>\n";
     for (const MapPoint& point : map.points)
-        out << "<circle cx=\"" << point.x << "\" cy=\"" << point.y << "\" r=\"3\"/><text x=\"" << point.x << "\" y=\""
-            << point.y + 5.5 << "\">" << escaped(point.name) << "</text>\n";
+        out << "<circle cx=\"" << point.x << "\" cy=\"" << point.y << "\" r=\"2.2\"/>\n";
+    for (const MapPoint& point : map.points) // over the circles of their neighbours
+        out << "<text x=\"" << point.x << "\" y=\"" << point.y + 5 << "\">" << escaped(point.name) << "</text>\n";
     out << "</g>\n";
 }
 
@@ -110,7 +111,7 @@ void writeSvg(const std::vector<SensorMap>& maps, std::ostream& out)
     height += 2 * margin + titleHeight;
     out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << ' ' << height << "\" width=\""
         << width * 3 << "\" height=\"" << height * 3 << "\">\n"
-        << "<style>text{font:3px sans-serif;text-anchor:middle;fill:#222}circle{fill:#9ecae1;stroke:#3182bd;"
+        << "<style>text{font:2.6px sans-serif;text-anchor:middle;fill:#222}circle{fill:#9ecae1;stroke:#3182bd;"
            "stroke-width:.4}</style>\n"
         << "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
     double left = 1.5 * margin;

@@ -56,11 +56,16 @@ MontageTerm term(const Part& part)
     return made;
 }
 
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+
+// The end of the text counts as a blank.
 std::size_t findBetweenBlanks(std::string_view text, char sign)
 {
-    for (std::size_t i = 1; i + 1 < text.size(); ++i)
-        if (text[i] == sign && (text[i - 1] == ' ' || text[i - 1] == '\t') &&
-            (text[i + 1] == ' ' || text[i + 1] == '\t'))
+    for (std::size_t i = 1; i < text.size(); ++i)
+        if (text[i] == sign && isBlank(text[i - 1]) && (i + 1 == text.size() || isBlank(text[i + 1])))
             return i;
     return std::string_view::npos;
 }

@@ -63,7 +63,7 @@ double makeResampled(const ChangeArguments& arguments, const ResampleRequest& re
     CreatedFiles created;
     created.add(path);
     // The library opens the trials of the source for it, and writes back each one that it leaves.
-    const ScratchFolder scratch(path.string() + ".part");
+    const ScratchFolder scratch(path.string() + ".source");
     CreatedFiles copies;
     copyDataset(datasetPath(arguments.dataset), scratch.path() / "source.meg", copies);
     const auto source = openDatasetToChange(scratch.path() / "source.meg");

@@ -1,0 +1,49 @@
+#include "tests/apps/cli/SampleDataset.h"
+
+#include <chrono>
+#include <filesystem>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace megset::cli {
+
+namespace {
+
+using testing::AnyOf;
+
+// Every trial and the dataset's file are written again and again; what a kill leaves is judged, and mended from a copy.
+TEST(KilledProgram, LeavesFilesThatCheckReadsAndJudges)
+{
+    const SampleDataset sample(6, 20000);
+    const TemporaryFolder whole;
+    for (const std::string& name : sample.folder().names())
+        std::filesystem::copy_file(sample.folder().native(name), whole.native(name));
+    const std::vector<std::string> change = {"resample", sample.path(), "--factor", "2", "--in-place"};
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_EQ(runMegset(change).exitCode, 0);
+    const auto length = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+
+    std::mt19937 random(20261122);
+    std::uniform_int_distribution<std::int64_t> moment(0, length.count());
+    int broken = 0;
+    for (int i = 0; i < 200; ++i) {
+        kit::runAndKillProgram(MEGSET_PROGRAM, change, std::chrono::microseconds(moment(random)));
+        const auto check = runMegset({"check", sample.path()});
+        ASSERT_THAT(check.exitCode, AnyOf(0, 1)) << "kill " << i << ": " << check.errors;
+        const auto info = runMegset({"info", sample.path()});
+        ASSERT_THAT(info.exitCode, AnyOf(0, 1)) << "kill " << i << ": " << info.errors;
+        broken += check.exitCode;
+        if (check.exitCode != 0)
+            for (const std::string& name : whole.names())
+                std::filesystem::copy_file(whole.native(name), sample.folder().native(name),
+                                           std::filesystem::copy_options::overwrite_existing);
+    }
+    RecordProperty("broken", broken);
+    EXPECT_GT(broken, 0) << "no kill hit a file that was being written";
+}
+
+} // namespace
+
+} // namespace megset::cli

@@ -1,0 +1,114 @@
+#include "apps/cli/process/resample.h"
+#include "tests/apps/cli/SampleDataset.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace megset::cli {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Resample : public testing::Test
+{
+protected:
+    kit::ProgramResult run(std::vector<std::string> options)
+    {
+        options.insert(options.begin(), {"resample", sample.path()});
+        return runMegset(options);
+    }
+    // Samples of channel 1 of a trial.
+    std::vector<double> samples(const std::string& dataset, int trial)
+    {
+        ReadingNotes notes;
+        const auto open = openDatasetToLook(dataset, notes);
+        const auto read = readTrial(*open, trial);
+        const double* const data = read->getChannel(1)->getDataWave();
+        return {data, data + read->getChannel(1)->getTotalSample()};
+    }
+    std::string path(const char* name) const { return sample.folder().native(name).string(); }
+
+    SampleDataset sample;
+};
+
+TEST_F(Resample, FactorIsAppliedToAllTrialsAndUndoneByRestore)
+{
+    const auto result = run({"--factor", "4", "--in-place"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "re-sampled by 4: 50 Hz\n");
+    // One sample more than 20 / 4: the library's own count.
+    EXPECT_THAT(samples(sample.path(), 1), ElementsAre(1100, 1104, 1108, 1112, 1116, 1119));
+    EXPECT_EQ(runMegset({"restore", sample.path(), "--in-place"}).exitCode, 0);
+    EXPECT_EQ(samples(sample.path(), 1).size(), 20U);
+    EXPECT_EQ(samples(sample.path(), 1)[19], 1119.0);
+    const auto check = runMegset({"check", sample.path()});
+    EXPECT_THAT(check.output, HasSubstr("nothing wrong"));
+    EXPECT_THAT(check.output, testing::Not(HasSubstr("note")));
+}
+
+TEST_F(Resample, MeanOfEachRunIsTakenWithAverage)
+{
+    EXPECT_EQ(run({"--factor", "4", "--average", "--in-place"}).exitCode, 0);
+    EXPECT_EQ(samples(sample.path(), 0)[1], 105.5);
+}
+
+TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
+{
+    const auto before = sample.folder().read("runTrial1.trl");
+    const auto result = run({"--factor", "4", "--new", path("slow.meg")});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(sample.folder().read("runTrial1.trl"), before);
+    EXPECT_FALSE(sample.folder().has("slow.meg.source"));
+    EXPECT_EQ(samples(path("slow.meg"), 1)[2], 1108.0);
+    EXPECT_EQ(runMegset({"check", path("slow.meg")}).exitCode, 0) << runMegset({"check", path("slow.meg")}).output;
+}
+
+TEST_F(Resample, FactorsThatDoNotFitAreRefusedAndLeaveNothing)
+{
+    const auto names = sample.folder().names();
+    for (const char* factor : {"0", "-3", "10", "1000"}) {
+        const auto result = run({"--factor", factor, "--out", path("slow.meg")});
+        EXPECT_EQ(result.exitCode, 1) << factor;
+        EXPECT_NE(result.errors, "");
+        EXPECT_EQ(sample.folder().names(), names);
+    }
+    EXPECT_THAT(run({"--factor", "10", "--in-place"}).errors, HasSubstr("cannot be larger than half"));
+}
+
+TEST(Channels, AreSwitchedForAllTrials)
+{
+    const SampleDataset sample;
+    const auto result =
+        runMegset({"channels", sample.path(), "--bad", "M1,E1", "--hide", "S1", "--select", "X1", "--in-place"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "4 channels switched\n");
+    ReadingNotes notes;
+    const auto open = openDatasetToLook(sample.path(), notes);
+    std::vector<int> good;
+    std::vector<int> shown;
+    std::vector<int> selected;
+    for (int i = 0; i < 6; ++i) {
+        good.push_back(open->dataset.isGoodChnl4Alltrials(i));
+        shown.push_back(open->dataset.isShowChnl4Alltrials(i));
+        selected.push_back(open->dataset.isSelectChnl4Alltrials(i));
+    }
+    EXPECT_THAT(good, ElementsAre(1, 0, 1, 0, 1, 1));
+    EXPECT_THAT(shown, ElementsAre(1, 1, 1, 1, 0, 1));
+    EXPECT_THAT(selected, ElementsAre(0, 0, 0, 0, 0, 1));
+}
+
+TEST(Channels, UnknownNameSwitchesNothing)
+{
+    const SampleDataset sample;
+    const auto before = sample.folder().read("run.meg");
+    const auto result = runMegset({"channels", sample.path(), "--bad", "M1,Q9", "--in-place"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("there is no channel Q9"));
+    EXPECT_EQ(sample.folder().read("run.meg"), before);
+}
+
+} // namespace
+
+} // namespace megset::cli
