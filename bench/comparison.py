@@ -1,0 +1,105 @@
+"""What the comparisons with other packages share. Import it before NumPy: the library takes one thread, and so do they.
+
+Both sides are timed in turn, round by round, and each round gives a ratio: other work on the machine then slows both.
+The benchmarks count processor time, since they and their peers have one thread.
+"""
+import gc
+import json
+import os
+import statistics
+import subprocess
+import sys
+import time
+
+for variable in ("OMP_NUM_THREADS", "OPENBLAS_NUM_THREADS"):
+    os.environ.setdefault(variable, "1")
+
+ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+
+def executable(path):
+    """The path of a program of the release build; ends the script when it is not built."""
+    program = os.path.join(ROOT, "build", "release", path)
+    if not os.access(program, os.X_OK):
+        sys.exit(f"{os.path.basename(sys.argv[0])}: {program} is not built; run scripts/build release")
+    return program
+
+
+def milliseconds(work, prepare=None, seconds=0.5):
+    """The mean processor time of as many runs as the time takes, as the benchmark programs do it. What `prepare` gives
+    for each run goes to `work`, and its time does not count."""
+    runs, spent = 0, 0.0
+    while spent < seconds:
+        arguments = () if prepare is None else (prepare(),)
+        gc.collect()
+        begin = time.process_time()
+        work(*arguments)
+        spent += time.process_time() - begin
+        runs += 1
+    return spent * 1e3 / runs
+
+
+def benchmark_milliseconds(program, names):
+    """The processor times of benchmarks, by name."""
+    out = subprocess.run(
+        [program, f"--benchmark_filter=^({'|'.join(names)})$", "--benchmark_format=json"],
+        check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+    found = {b["name"]: b["cpu_time"] for b in json.loads(out)["benchmarks"]}
+    if missing := set(names) - set(found):
+        sys.exit(f"{program} has no benchmark {', '.join(sorted(missing))}")
+    return found
+
+
+class Turns:
+    """The times of rounds, by name, and the ratios of pairs."""
+
+    def __init__(self):
+        self.times = {}
+
+    def add(self, name, milliseconds):
+        self.times.setdefault(name, []).append(milliseconds)
+
+    def add_all(self, named):
+        for name, milliseconds in named.items():
+            self.add(name, milliseconds)
+
+    def tell_times(self):
+        for name, times in self.times.items():
+            print(f"{name:58}{statistics.median(times):10.3f} ms   [{min(times):.3f} to {max(times):.3f}]")
+
+    def ratio(self, slow, fast):
+        """Median, smallest and largest of what one takes over what the other takes in the same round."""
+        ratios = [s / f for s, f in zip(self.times[slow], self.times[fast])]
+        return statistics.median(ratios), min(ratios), max(ratios)
+
+    def tell_target(self, what, theirs, ours, least):
+        """Whether ours is at least so many times as fast."""
+        median, low, high = self.ratio(theirs, ours)
+        verdict = "met" if median >= least else "MISSED"
+        print(f"{what:58}{median:10.2f} x    [{low:.2f} to {high:.2f}]   target {least:g}: {verdict}")
+        return median >= least
+
+
+def tell_load():
+    print(f"load average {' '.join(f'{load:.2f}' for load in os.getloadavg())} on {os.cpu_count()} processors")
+
+
+def blas_name():
+    """Which BLAS NumPy runs on, once it is imported."""
+    with open("/proc/self/maps") as maps:
+        text = maps.read()
+    return "OpenBLAS" if "libopenblas" in text else "the reference BLAS: python3-numpy runs without OpenBLAS"
+
+
+def real_recording(required):
+    """The real CTF recording that MEGSET_TEST_DATA names, or None. Where it is required, the script ends without it,
+    which is no failure."""
+    name = os.path.join("ctf", "testdata_ctf_short_discontinuous.ds")
+    folder = os.environ.get("MEGSET_TEST_DATA", "")
+    if folder and os.path.isdir(os.path.join(folder, name)):
+        return os.path.join(folder, name)
+    script = os.path.basename(sys.argv[0])
+    print(f"{script}: MEGSET_TEST_DATA names no folder with {name}, what needs it is skipped")
+    if required:
+        sys.exit(0)
+    return None
