@@ -238,8 +238,10 @@ void CArchive::dropName()
 void CArchive::prepareStore(std::size_t bytes)
 {
     requireStoring();
-    if (m_at + bytes > m_capacity)
+    if (m_at + bytes > m_capacity) {
         drain();
+        widenForLongFile();
+    }
 }
 
 void CArchive::prepareLoad(std::size_t bytes)
@@ -300,6 +302,7 @@ bool CArchive::fill(std::size_t bytes)
     m_bufferOffset += m_at;
     m_at = 0;
     m_end = m_loadLimit = kept;
+    widenForLongFile();
     if (kept < bytes) {
         const std::size_t got = m_pFile->Read(m_pBuffer + kept, static_cast<unsigned>(m_capacity - kept));
         m_end = m_loadLimit = kept + got;
@@ -312,8 +315,19 @@ bool CArchive::fill(std::size_t bytes)
 // it, they go past the buffer that there is.
 void CArchive::widenFor(std::size_t blockBytes)
 {
-    if (m_wide != nullptr || blockBytes < m_capacity || blockBytes >= largeBlock)
-        return;
+    if (m_wide == nullptr && blockBytes >= m_capacity && blockBytes < largeBlock)
+        widen();
+}
+
+// Many small fields take as many calls as they fill buffers.
+void CArchive::widenForLongFile()
+{
+    if (m_wide == nullptr && m_bufferOffset >= longFile)
+        widen();
+}
+
+void CArchive::widen()
+{
     m_wide = tryNewArray<std::byte>(wideBufferSize);
     if (m_wide == nullptr)
         return;

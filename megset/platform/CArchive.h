@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string_view>
 #include <type_traits>
@@ -43,7 +44,8 @@ constexpr std::string_view archiveTypeName()
 
 /// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks of 64 KiB and more go past the
 /// buffer in one call. With the first smaller block that would go past it too, the buffer becomes 128 KiB, and such
-/// blocks go through it with the fields between them: so many small calls cost more than copying.
+/// blocks go through it with the fields between them: so many small calls cost more than copying. A file that has shown
+/// to be longer than 16 KiB gets the wide buffer as well.
 ///
 /// Running out of file raises CArchiveException::endOfFile; a store on a loading archive readOnly, a load on a storing
 /// one writeOnly, each with the file's name. An archive and its file are used by one thread at a time.
@@ -140,6 +142,7 @@ private:
     static constexpr std::size_t bufferSize = 4096;
     static constexpr std::size_t wideBufferSize = std::size_t{128} << 10U;
     static constexpr std::size_t largeBlock = wideBufferSize / 2;
+    static constexpr std::uint64_t longFile = 4 * bufferSize;
 
     // Gives a member another value for the length of a scope, which an exception may end.
     template <class Value>
@@ -206,11 +209,26 @@ private:
     template <class Array>
     void exchangeElements(Array& fields)
     {
+        if constexpr (ArchiveScalar<std::remove_reference_t<decltype(*std::begin(fields))>>)
+            if (m_pTracer == nullptr && exchangeInBuffer(std::data(fields), sizeof(fields)))
+                return;
         const Restored outer(m_element, 0);
         for (auto& field : fields) {
             exchangeOne(field);
             ++m_element;
         }
+    }
+    // Copies what lies in the buffer or fits in it as a whole; false where it doesn't, with nothing done.
+    bool exchangeInBuffer(void* data, std::size_t bytes)
+    {
+        if (m_at + bytes > (IsStoring() ? m_storeLimit : m_loadLimit))
+            return false;
+        if (IsStoring())
+            std::memcpy(m_pBuffer + m_at, data, bytes);
+        else
+            std::memcpy(data, m_pBuffer + m_at, bytes);
+        m_at += bytes;
+        return true;
     }
     template <class T>
     void exchangeNext(T& field)
@@ -243,6 +261,8 @@ private:
     void drain();
     bool fill(std::size_t bytes);
     void widenFor(std::size_t blockBytes);
+    void widenForLongFile();
+    void widen();
     bool goesPast(std::size_t blockBytes) const { return blockBytes >= m_capacity || blockBytes >= largeBlock; }
     void noteBytesLeft();
     CString fileName() const;

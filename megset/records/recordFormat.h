@@ -16,9 +16,13 @@ namespace megset {
 template <class T, std::size_t n>
 int serializeRecord(CArchive& ar, T& record, std::string_view tag, const FormatVersion<T> (&versions)[n])
 {
-    const std::string notThisRecord = std::string(tag) + ": The record is of another kind or corrupted!";
-    const std::string wrongVersion = std::string(tag) + ": Wrong record format!!?";
-    return serializeFormat(ar, record, FormatTexts{tag, notThisRecord, wrongVersion}, versions);
+    // A recording has tens of thousands of records: the texts are made when they are needed.
+    return serializeTagged(ar, record, tag, versions, [tag](FormatFault fault) {
+        AfxMessageBox(std::string(tag) + (fault == FormatFault::otherTag
+                                              ? ": The record is of another kind or corrupted!"
+                                              : ": Wrong record format!!?"),
+                      MB_OK);
+    });
 }
 
 } // namespace megset
