@@ -94,6 +94,7 @@ unsigned CArchive::Read(void* data, unsigned count)
     unsigned done = buffered;
     widenFor(count - done);
     if (goesPast(count - done)) {
+        m_narrowBuffers = 0;
         m_bufferOffset += m_at;
         m_at = m_end = m_loadLimit = 0;
         const unsigned direct = m_pFile->Read(target + done, count - done);
@@ -121,6 +122,7 @@ void CArchive::Write(const void* data, unsigned count)
         return;
     widenFor(count);
     if (goesPast(count)) {
+        m_narrowBuffers = 0;
         drain();
         m_pFile->Write(data, count);
         m_bufferOffset += count;
@@ -240,7 +242,7 @@ void CArchive::prepareStore(std::size_t bytes)
     requireStoring();
     if (m_at + bytes > m_capacity) {
         drain();
-        widenForLongFile();
+        widenForFields();
     }
 }
 
@@ -302,7 +304,7 @@ bool CArchive::fill(std::size_t bytes)
     m_bufferOffset += m_at;
     m_at = 0;
     m_end = m_loadLimit = kept;
-    widenForLongFile();
+    widenForFields();
     if (kept < bytes) {
         const std::size_t got = m_pFile->Read(m_pBuffer + kept, static_cast<unsigned>(m_capacity - kept));
         m_end = m_loadLimit = kept + got;
@@ -320,9 +322,9 @@ void CArchive::widenFor(std::size_t blockBytes)
 }
 
 // Many small fields take as many calls as they fill buffers.
-void CArchive::widenForLongFile()
+void CArchive::widenForFields()
 {
-    if (m_wide == nullptr && m_bufferOffset >= longFile)
+    if (m_wide == nullptr && ++m_narrowBuffers >= narrowInTurn)
         widen();
 }
 

@@ -44,8 +44,8 @@ constexpr std::string_view archiveTypeName()
 
 /// Reads or writes one file, field by field, through a buffer of 4096 bytes. Blocks of 64 KiB and more go past the
 /// buffer in one call. With the first smaller block that would go past it too, the buffer becomes 128 KiB, and such
-/// blocks go through it with the fields between them: so many small calls cost more than copying. A file that has shown
-/// to be longer than 16 KiB gets the wide buffer as well.
+/// blocks go through it with the fields between them: so many small calls cost more than copying. Fields that fill four
+/// buffers in turn get the wide one as well.
 ///
 /// Running out of file raises CArchiveException::endOfFile; a store on a loading archive readOnly, a load on a storing
 /// one writeOnly, each with the file's name. An archive and its file are used by one thread at a time.
@@ -142,7 +142,7 @@ private:
     static constexpr std::size_t bufferSize = 4096;
     static constexpr std::size_t wideBufferSize = std::size_t{128} << 10U;
     static constexpr std::size_t largeBlock = wideBufferSize / 2;
-    static constexpr std::uint64_t longFile = 4 * bufferSize;
+    static constexpr int narrowInTurn = 4;
 
     // Gives a member another value for the length of a scope, which an exception may end.
     template <class Value>
@@ -261,7 +261,7 @@ private:
     void drain();
     bool fill(std::size_t bytes);
     void widenFor(std::size_t blockBytes);
-    void widenForLongFile();
+    void widenForFields();
     void widen();
     bool goesPast(std::size_t blockBytes) const { return blockBytes >= m_capacity || blockBytes >= largeBlock; }
     void noteBytesLeft();
@@ -287,6 +287,7 @@ private:
 
     std::string_view m_names;     // of the fields still to come in this list
     int m_element = -1;           // of the array that is being exchanged
+    int m_narrowBuffers = 0;      // filled in turn, with no block gone past them
     std::string_view m_blockType; // of the elements of the block that is being exchanged
 
     std::array<std::byte, bufferSize> m_narrow;

@@ -21,6 +21,8 @@
 namespace megset {
 namespace {
 
+using ::testing::AnyOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using Length = ByteBuilder::Length;
 
@@ -535,6 +537,81 @@ TEST(CArchiveBuffer, ScalarsMoveInBuffersOf4096Bytes)
         ASSERT_EQ(number, i);
     }
     EXPECT_THAT(file.readSizes(), ElementsAre(4096, 4096, 4096));
+}
+
+TEST(CArchiveBuffer, IsWidenedForFieldsThatFillFourInTurn)
+{
+    constexpr unsigned wide = 128 * 1024;
+    constexpr std::int32_t fields = 60'000; // 240,000 bytes
+    FailingFile file;
+    CArchive store(&file, CArchive::store);
+    for (std::int32_t i = 0; i < fields; ++i)
+        store << i;
+    store.Close();
+    EXPECT_THAT(file.writeSizes(), ElementsAre(4096, 4096, 4096, 4096, wide, 4 * fields - 4 * 4096 - wide));
+
+    file.SeekToBegin();
+    CArchive load(&file, CArchive::load);
+    for (std::int32_t i = 0; i < fields; ++i) {
+        std::int32_t number = -1;
+        load >> number;
+        ASSERT_EQ(number, i);
+    }
+    EXPECT_THAT(file.readSizes(), ElementsAre(4096, 4096, 4096, wide, wide));
+}
+
+TEST(CArchiveBuffer, StaysNarrowWhereLargeBlocksStandBetweenTheFields)
+{
+    const auto block = bytePattern(100'000);
+    FailingFile file;
+    CArchive store(&file, CArchive::store);
+    for (std::int32_t i = 0; i < 10; ++i) {
+        store << i;
+        store.Write(block.data(), 100'000);
+    }
+    store.Close();
+
+    file.SeekToBegin();
+    CArchive load(&file, CArchive::load);
+    std::vector<std::byte> back(block.size());
+    for (std::int32_t i = 0; i < 10; ++i) {
+        std::int32_t number = -1;
+        load >> number;
+        EXPECT_EQ(number, i);
+        EXPECT_EQ(load.Read(back.data(), 100'000), 100'000U);
+        EXPECT_EQ(back, block);
+    }
+    EXPECT_THAT(file.readSizes(), Each(AnyOf(4096U, 100'000U - 4092U)));
+}
+
+TEST(CArchiveBuffer, ArraysOfNumbersCrossItsEnds)
+{
+    for (const std::size_t front : {0, 1, 4000, 4064, 4065, 4095}) {
+        SCOPED_TRACE(front);
+        const auto bytes = bytePattern(static_cast<unsigned>(front));
+        std::array<double, 4> numbers = {1.5, -2.0, 0.1, 1e300};
+        std::int16_t shorts[3] = {1, -2, 3};
+        FailingFile file;
+        CArchive store(&file, CArchive::store);
+        for (const std::byte byte : bytes)
+            store << static_cast<std::uint8_t>(byte);
+        store.exchange(numbers, shorts);
+        store.Close();
+        EXPECT_TRUE(sameBytes(file.content(),
+                              ByteBuilder().raw(bytes).f64(1.5).f64(-2.0).f64(0.1).f64(1e300).i16(1).i16(-2).i16(3)));
+
+        file.SeekToBegin();
+        CArchive load(&file, CArchive::load);
+        for (std::size_t i = 0; i < front; ++i) {
+            std::uint8_t byte = 0;
+            load >> byte;
+        }
+        std::array<double, 4> readNumbers = {};
+        std::int16_t readShorts[3] = {};
+        load.exchange(readNumbers, readShorts);
+        EXPECT_EQ(readNumbers, numbers);
+        EXPECT_THAT(readShorts, ElementsAre(1, -2, 3));
+    }
 }
 
 TEST(CArchiveBuffer, ALargeBlockGoesPastItInOneCall)
