@@ -26,15 +26,15 @@ def executable(path):
 
 
 def milliseconds(work, prepare=None, seconds=0.5):
-    """The mean processor time of as many runs as the time takes, as the benchmark programs do it. What `prepare` gives
-    for each run goes to `work`, and its time does not count."""
-    runs, spent = 0, 0.0
-    while spent < seconds:
+    """The mean processor time of as many runs as the time takes, preparation included, and of three at least. What
+    `prepare` gives for each run goes to `work`; the mean is of the work alone."""
+    gc.collect()
+    runs, spent, begin = 0, 0.0, time.process_time()
+    while runs < 3 or time.process_time() - begin < seconds:
         arguments = () if prepare is None else (prepare(),)
-        gc.collect()
-        begin = time.process_time()
+        started = time.process_time()
         work(*arguments)
-        spent += time.process_time() - begin
+        spent += time.process_time() - started
         runs += 1
     return spent * 1e3 / runs
 
