@@ -1,6 +1,7 @@
 #pragma once
 // Everything public: the three chains, the records, the catalogues and the platform they stand on.
 
+#include "megset/core/CArrayMEDataSet.h"
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"

@@ -35,6 +35,7 @@ void addCheck(CLI::App& program)
         program.add_subcommand("check", "Read a dataset and every trial, and list what is wrong; nothing is changed");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();
     command->add_flag("--json", arguments->json, "Write a JSON object");
+    command->footer("Example:\n  megset check run.meg");
     command->callback([arguments] { check(*arguments); });
 }
 

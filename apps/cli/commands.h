@@ -35,6 +35,9 @@ void addDemo(CLI::App& program);
 /// `measure DATASET`: what the signal of channels does in a range.
 void addMeasure(CLI::App& program);
 
+/// `triggers DATASET`: the stimuli on the trigger channels.
+void addTriggers(CLI::App& program);
+
 /// `spectrum DATASET`: spectra over time and frequency.
 void addSpectrum(CLI::App& program);
 

@@ -48,6 +48,7 @@ void addExport(CLI::App& program)
         ->excludes(channels);
     command->add_option("--samples", options.samples, "Samples A:B of each trial, both ends included (default: all)");
     command->add_flag("--raw", options.raw, "The samples as recorded, before all processing");
+    command->footer("Example:\n  megset export run.meg --kind meg --npy run.npy");
     command->callback([arguments] { exportDataset(*arguments); });
 }
 

@@ -36,6 +36,7 @@ void addInfo(CLI::App& program)
         program.add_subcommand("info", "Tell a dataset's session, trials, channels, rate, marks and sizes");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();
     command->add_flag("--json", arguments->json, "Write a JSON object");
+    command->footer("Example:\n  megset info run.meg --json");
     command->callback([arguments] { showInfo(*arguments); });
 }
 

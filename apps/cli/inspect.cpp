@@ -40,6 +40,7 @@ void addInspect(CLI::App& program)
         ->add_option("--max-list", arguments->options.limits.list,
                      "Entries of a list that are shown; 0 for all (default: 16)")
         ->check(CLI::NonNegativeNumber);
+    command->footer("Example:\n  megset inspect run_ImportTrial0.trl --depth 1");
     command->callback([arguments] { inspect(*arguments); });
 }
 

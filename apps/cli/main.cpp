@@ -22,6 +22,7 @@ void addCommands(CLI::App& program)
     megset::cli::addCheck(program);
     megset::cli::addExport(program);
     megset::cli::addMeasure(program);
+    megset::cli::addTriggers(program);
     megset::cli::addSpectrum(program);
     megset::cli::addPhantom(program);
     megset::cli::addGradient(program);

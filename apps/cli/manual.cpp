@@ -14,7 +14,7 @@ void addManual(CLI::App& program)
     CLI::App* const completion = program.add_subcommand("completion", "Write a script that completes commands");
     auto shell = std::make_shared<std::string>();
     completion->add_option("SHELL", *shell, "bash or zsh")->required()->check(CLI::IsMember({"bash", "zsh"}));
-    completion->footer("Example:\n  source <(megset completion bash)");
+    completion->footer("Example:\n  megset completion bash > /etc/bash_completion.d/megset");
     completion->callback([&program, shell] {
         if (*shell == "zsh")
             writeZshCompletion(program, std::cout);

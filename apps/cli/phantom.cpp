@@ -45,6 +45,7 @@ void addPhantom(CLI::App& program)
     command->add_option("--seed", options.seed, "Another number makes another recording")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
+    command->footer("Example:\n  megset phantom test.ds --trials 20 --seed 2");
     command->callback([arguments] { writePhantom(*arguments); });
 }
 

@@ -1,8 +1,10 @@
 #include "megset/core/CMDChannel7ProcessX.h"
 
 #include "megset/numeric/arithmetic.h"
+#include "megset/numeric/cut.h"
 #include "megset/numeric/resample.h"
 #include "megset/numeric/statistics.h"
+#include "megset/numeric/stimulus.h"
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/records/records.h"
 
@@ -12,15 +14,6 @@
 
 namespace megset {
 namespace {
-
-int truncatedToInt(double value)
-{
-    if (std::isnan(value))
-        return 0;
-    constexpr double low = std::numeric_limits<int>::min();
-    constexpr double high = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(value, low, high));
-}
 
 // A file may give any count and any factor: the working samples stay within this many times the raw ones.
 constexpr std::int64_t mostStretch = 4096;
@@ -42,6 +35,11 @@ void reSampleRuns(std::span<const double> from, bool average, std::int64_t facto
     reSample(from, average, factor, to.first(static_cast<std::size_t>(runs)));
 }
 
+double restsAtZero(std::span<const double>) noexcept
+{
+    return 0.0;
+}
+
 } // namespace
 
 int CMDChannel7ProcessX::computeDataRange()
@@ -49,12 +47,54 @@ int CMDChannel7ProcessX::computeDataRange()
     const auto samples = waveSpan();
     if (samples.empty())
         return 0;
-    // The mean's sum starts at the first sample and then adds all of them.
-    const numeric::SampleStatistics range = numeric::statistics(samples, samples[0]);
+    takeDataRange(numeric::rangeOf(samples));
+    return 1;
+}
+
+void CMDChannel7ProcessX::takeDataRange(const numeric::SampleRange& range)
+{
     m_dDataMin = range.min;
     m_dDataMax = range.max;
-    m_dDataMean = range.sum / static_cast<double>(samples.size());
-    m_dDataMaxAbs = numeric::maxAbsolute(samples);
+    m_dDataMean = range.sum / static_cast<double>(m_nTotalSample);
+    m_dDataMaxAbs = range.maxAbsolute;
+}
+
+int CMDChannel7ProcessX::stimTrgChnl_Dc(int alsoBackup)
+{
+    if (!computeDataRange())
+        return 0;
+    numeric::subtractInPlace(waveSpan(), m_dDataMean);
+    if (!alsoBackup)
+        return 1;
+    const auto raw = backupSpan();
+    if (raw.empty())
+        return 0;
+    numeric::subtractInPlace(raw, numeric::sum(raw, numeric::noStart) / static_cast<double>(raw.size()));
+    return 1;
+}
+
+int CMDChannel7ProcessX::stimTrigChnl_AbsDc(int subtract, int alsoBackup)
+{
+    return conditionStimulus(subtract ? numeric::minAbsolute : restsAtZero, alsoBackup);
+}
+
+int CMDChannel7ProcessX::stimTrigChnl_AbsDcM(int subtract, int alsoBackup)
+{
+    return conditionStimulus(subtract ? numeric::meanAbsolute : restsAtZero, alsoBackup);
+}
+
+int CMDChannel7ProcessX::conditionStimulus(double (*levelOf)(std::span<const double>) noexcept, int alsoBackup)
+{
+    const auto samples = waveSpan();
+    if (!isTriggerChannel() || samples.empty())
+        return 0;
+    takeDataRange(numeric::absoluteAbove(samples, levelOf(samples)));
+    if (!alsoBackup)
+        return 1;
+    const auto raw = backupSpan();
+    if (raw.empty())
+        return 0;
+    numeric::absoluteAbove(raw, levelOf(raw));
     return 1;
 }
 
@@ -93,8 +133,8 @@ int CMDChannel7ProcessX::expandDataPoints(std::int64_t n, const int* src, std::i
         const double x = static_cast<double>(i) * ratio;
         const auto low = std::max<std::int64_t>(static_cast<std::int64_t>(std::floor(x)), 0);
         const auto high = std::min<std::int64_t>(static_cast<std::int64_t>(std::ceil(x)), m - 1);
-        dst[i] = truncatedToInt((x - static_cast<double>(low)) * valueAt(low) +
-                                (static_cast<double>(high) - x) * valueAt(high));
+        dst[i] = numeric::cutToInt((x - static_cast<double>(low)) * valueAt(low) +
+                                   (static_cast<double>(high) - x) * valueAt(high));
     }
     return 1;
 }

@@ -6,6 +6,10 @@
 
 namespace megset {
 
+namespace numeric {
+struct SampleRange;
+}
+
 class CMDChannel7ProcessX : public CMDChannel3Show
 {
 public:
@@ -39,6 +43,19 @@ public:
     /// working or without raw samples, with nothing changed, and without memory ("Not enough memory!").
     int reSampleFrom(const CMDChannel7ProcessX& source, bool average, std::int64_t factor);
 
+    // Conditioning of trigger channels. The range fields are set as by computeDataRange, and the working samples stay
+    // changed. 0 without working samples; with `alsoBackup` the raw samples are treated in the same way, with a level
+    // of their own, and 0 where there are none, with the working ones done.
+
+    /// Subtracts the mean of computeDataRange, in which the first sample counts twice: it is meant so. The range fields
+    /// stay those of the samples before. The raw samples' mean is the plain one. For channels of any type.
+    int stimTrgChnl_Dc(int alsoBackup);
+    /// Makes every sample its absolute value, with `subtract` less the smallest of them. Trigger channels only, else 0.
+    int stimTrigChnl_AbsDc(int subtract, int alsoBackup);
+    /// The same with the mean of the absolute values, in which the first one counts twice, too; what would be negative
+    /// becomes 0.
+    int stimTrigChnl_AbsDcM(int subtract, int alsoBackup);
+
     // The channel's sensor; 0 without one.
 
     /// Distance of its coils in mm; 0.0 for a channel that is of no MEG type, too.
@@ -46,6 +63,10 @@ public:
     /// Whether it stands at gradient order 2 or above.
     int hasSyntheticGradiometer() const;
     int isAxialGrad() const;
+
+private:
+    void takeDataRange(const numeric::SampleRange& range);
+    int conditionStimulus(double (*levelOf)(std::span<const double>) noexcept, int alsoBackup);
 };
 
 } // namespace megset

@@ -162,6 +162,11 @@ int CMEGData::openTrial(int trial)
         return 0;
     if (!opened->openTrialData(path, m_pDocument, m_strDatasetPath))
         return fail("Open trial data failed ");
+    return installOpened(index, std::move(opened));
+}
+
+int CMEGData::installOpened(int index, std::unique_ptr<CMDTrialzk> opened)
+{
     m_aTrialFilePath.SetAt(index, opened->m_strTrialFilePath);
     m_nCurrentTrial = index;
     const CMDTrialzk& current = *m_ppTrial.set(index, std::move(opened));

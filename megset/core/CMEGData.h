@@ -295,6 +295,9 @@ protected:
     int trialIndex(int trial) const { return trial == -1 ? m_nCurrentTrial : trial; }
     int saveTrialAt(int index);
     int storeTrialAt(int index);
+    /// Takes a trial that was read from its file into its place, makes it current and compares it with the recording.
+    /// 1; 0 for one without channels, which stays.
+    int installOpened(int index, std::unique_ptr<CMDTrialzk> opened);
     int saveUnsavedTrial(int i);
     /// Takes a trial that has no place in memory into the unsaved trials; a place of -1 stands for none in the list.
     void keepUnsavedTrial(std::unique_ptr<CMDTrialzk> trial, int place);

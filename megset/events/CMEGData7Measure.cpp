@@ -101,7 +101,7 @@ CString CMEGData7Measure::openMeasuredTrial()
 
 CString CMEGData7Measure::getMeasurementResults1ChnlSD()
 {
-    const CString fault = openMeasuredTrial();
+    CString fault = openMeasuredTrial();
     if (!fault.IsEmpty())
         return fault;
     const int channel = getCurrentTrialPt()->getCurntChnlIndx();
@@ -187,7 +187,7 @@ CString CMEGData7Measure::getMeasurementResultsT()
 
 CString CMEGData7Measure::getMeasurementResultsX()
 {
-    const CString fault = openMeasuredTrial();
+    CString fault = openMeasuredTrial();
     if (!fault.IsEmpty())
         return fault;
     const CString place = CString::formatted(" %s      %d      %I64d      %f      ", m_strDatasetFileName,

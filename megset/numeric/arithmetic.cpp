@@ -31,6 +31,12 @@ MEGSET_MULTIVERSION void divideLoop(double* x, double divisor, std::size_t n) no
         x[i] /= divisor;
 }
 
+MEGSET_MULTIVERSION void subtractValueLoop(double* a, double value, std::size_t n) noexcept
+{
+    for (std::size_t i = 0; i < n; ++i)
+        a[i] -= value;
+}
+
 MEGSET_MULTIVERSION void divideEachLoop(double* x, const double* divisor, std::size_t n) noexcept
 {
     MEGSET_ELEMENTWISE
@@ -129,6 +135,11 @@ void addInPlace(std::span<double> a, std::span<const double> b) noexcept
 void subtractInPlace(std::span<double> a, std::span<const double> b) noexcept
 {
     subtract(a, b, a);
+}
+
+void subtractInPlace(std::span<double> a, double value) noexcept
+{
+    subtractValueLoop(a.data(), value, a.size());
 }
 
 void addWeightedInPlace(std::span<double> sum, std::span<const double> x, double weight) noexcept

@@ -26,6 +26,9 @@ void addInPlace(std::span<double> a, std::span<const double> b) noexcept;
 /// a[i] -= b[i]
 void subtractInPlace(std::span<double> a, std::span<const double> b) noexcept;
 
+/// a[i] -= value
+void subtractInPlace(std::span<double> a, double value) noexcept;
+
 /// sum[i] += x[i] * weight, the product rounded before it is added
 void addWeightedInPlace(std::span<double> sum, std::span<const double> x, double weight) noexcept;
 

@@ -39,6 +39,7 @@ protected:
     int _01serializeChnlInfo_obsolete20190609(CArchive& ar);
     int _02serializeGeomHwx(CArchive& ar);
     int _03serializeTimeData(CArchive& ar);
+    int exchangeIdentity(CArchive& ar);
     int serializeRangeAndLabels(CArchive& ar);
 
 private:
@@ -67,7 +68,6 @@ private:
     int serializeGeometryType(CArchive& ar);
     int serializeGeometryRecord(CArchive& ar, std::span<const int> knownTypes);
     int serializeBalance(CArchive& ar);
-    int exchangeIdentity(CArchive& ar);
     int exchangeRange(CArchive& ar);
     int exchangeSamples(CArchive& ar, SampleArray& samples, std::int64_t count, const char* name);
     CString textOfGeometry() const;

@@ -74,12 +74,19 @@ CString CMDTrial9FileA::findFile4FilePath(const CString& path, const CDocument* 
         return found;
     if (findFile(path, found))
         return found;
-    // No backslash stands between the two: the search is for a file beside the current directory whose name begins
-    // with that directory's name. It is meant so.
+    found = findAtCurrentDirectory(name);
+    return found.IsEmpty() && ask ? askForFile(path) : found;
+}
+
+// No backslash stands between the two: the search is for a file beside the current directory whose name begins with
+// that directory's name. It is meant so.
+CString CMDTrial9FileA::findAtCurrentDirectory(const CString& name)
+{
     const CString directory = directoryOfSearch();
-    if (!directory.IsEmpty() && !name.IsEmpty() && findFile(directory + name, found))
-        return found;
-    return ask ? askForFile(path) : CString();
+    CString found;
+    if (!directory.IsEmpty() && !name.IsEmpty())
+        findFile(directory + name, found);
+    return found;
 }
 
 } // namespace megset

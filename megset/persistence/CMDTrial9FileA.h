@@ -24,6 +24,11 @@ public:
     /// directory, or where the user points when `ask` is set ("Would like to find the file%s"). Empty when there is
     /// none.
     static CString findFile4FilePath(const CString& path, const CDocument* doc, const CString& datasetPath, bool ask);
+
+protected:
+    /// The file whose path is the current directory with `name` right behind it; empty for an empty name and when there
+    /// is none.
+    static CString findAtCurrentDirectory(const CString& name);
 };
 
 } // namespace megset

@@ -165,19 +165,24 @@ int CMDTrial9FileB::_01serializeTralBasic(CArchive& ar)
 int CMDTrial9FileB::_02serializeTralChnls(CArchive& ar)
 {
     const ArchiveSection section(ar, "_02serializeTralChnls");
+    return exchangeChannels(ar, [](CMDChannelzk& channel, CArchive& archive) { return channel.serializezk(archive); });
+}
+
+int CMDTrial9FileB::exchangeChannels(CArchive& ar, ExchangeChannel exchange)
+{
     if (ar.IsLoading())
         _cleanTrialChannels();
     EXCHANGE_FIELDS(ar, m_nCurrentChannel, m_nTotalChannel);
     if (!exchangeGuard(ar, static_cast<bool>(m_ppChannel), "m_ppChannel"))
         return 1;
-    return ar.IsStoring() ? storeChannels(ar) : loadChannels(ar);
+    return ar.IsStoring() ? storeChannels(ar, exchange) : loadChannels(ar, exchange);
 }
 
-int CMDTrial9FileB::storeChannels(CArchive& ar)
+int CMDTrial9FileB::storeChannels(CArchive& ar, ExchangeChannel exchange)
 {
     for (int i = 0; i < m_nTotalChannel; ++i) {
         CMDChannelzk* channel = m_ppChannel[i];
-        if (exchangeGuard(ar, channel != nullptr) && !channel->serializezk(ar))
+        if (exchangeGuard(ar, channel != nullptr) && !exchange(*channel, ar))
             return 0;
     }
     return 1;
@@ -185,7 +190,7 @@ int CMDTrial9FileB::storeChannels(CArchive& ar)
 
 // The array belongs to the trial only after its last channel, or where a channel can't be made, which is told and taken
 // for done.
-int CMDTrial9FileB::loadChannels(CArchive& ar)
+int CMDTrial9FileB::loadChannels(CArchive& ar, ExchangeChannel exchange)
 {
     SlotArray<CMDChannelzk> channels;
     constexpr std::uint64_t smallestSlot = 4;
@@ -201,7 +206,7 @@ int CMDTrial9FileB::loadChannels(CArchive& ar)
             AfxMessageBox("Not enough memory?", MB_OK);
             break;
         }
-        if (!channel->serializezk(ar))
+        if (!exchange(*channel, ar))
             return 0;
     }
     m_ppChannel = std::move(channels);
@@ -416,8 +421,10 @@ int CMDTrial9FileB::openTrialData(CString& path, const CDocument* doc, const CSt
 int CMDTrial9FileB::saveTrialData(CString& path, const CDocument* doc, const CString& datasetPath, bool useGivenPath)
 {
     CString target = useGivenPath ? path : findFile4FilePath(path, doc, datasetPath, false);
+    static FileDialogMemory memory;
     CFile file;
-    if (!openForSaving(file, target))
+    if (openForSaving(file, target, {"trl", "MEG trial files (*.trl)|*.trl|All Files (*.*)|*.*||", memory}) ==
+        OpenedAt::nowhere)
         return 0;
     m_strTrialFilePath = target; // before anything is written: the file holds its own path
     CArchive archive(&file, CArchive::store);
@@ -431,32 +438,31 @@ int CMDTrial9FileB::saveTrialData(CString& path, const CDocument* doc, const CSt
 }
 
 // Opens the file for writing, or tells why not and lets the user choose another, which `path` then is.
-bool CMDTrial9FileB::openForSaving(CFile& file, CString& path) const
+CMDTrial9FileB::OpenedAt CMDTrial9FileB::openForSaving(CFile& file, CString& path, const SaveDialog& other) const
 {
     constexpr unsigned flags = CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive;
     CFileException exception;
     if (file.Open(path, flags, &exception))
-        return true;
+        return OpenedAt::given;
     std::array<char16_t, 1024> message = {};
     exception.GetErrorMessage(message.data(), static_cast<unsigned>(message.size()));
     AfxMessageBox(message.data(), MB_OK);
     const CString question =
         CString::formatted("File save error:%s %d, would you like to save as a new file?", path, exception.m_cause);
     if (AfxMessageBox(question, MB_YESNO) != IDYES)
-        return false;
+        return OpenedAt::nowhere;
     // No title is suggested where one of the three parts does not fit.
     CString directory;
     CString title;
     CString extension;
     constexpr std::size_t longestPart = 256;
     _wsplitpath_s(path, nullptr, 0, &directory, longestPart, &title, longestPart, &extension, longestPart);
-    static FileDialogMemory memory;
-    CFileDialog dialog(false, "trl", title, OFN_OVERWRITEPROMPT, "MEG trial files (*.trl)|*.trl|All Files (*.*)|*.*||");
-    dialog.remember(memory);
-    if (dialog.DoModal() != IDOK)
-        return false;
+    CFileDialog dialog(false, other.extension, title, OFN_OVERWRITEPROMPT, other.filter);
+    dialog.remember(other.memory);
+    if (dialog.DoModal() != IDOK || !file.Open(dialog.GetPathName(), flags))
+        return OpenedAt::nowhere;
     path = dialog.GetPathName();
-    return file.Open(path, flags);
+    return OpenedAt::chosen;
 }
 
 } // namespace megset

@@ -7,6 +7,9 @@
 
 namespace megset {
 
+class CMDChannelzk;
+struct FileDialogMemory;
+
 class CMDTrial9FileB : public CMDTrial9FileA
 {
 public:
@@ -34,6 +37,35 @@ public:
     /// Does nothing: the exchange file holds no samples. Gives 1.
     int export_importMEGTrial(CFile* file, bool bImport);
 
+protected:
+    // Sections that an acquisition's trial has as well. 1, or 0 where one failed.
+
+    int _01serializeTralBasic(CArchive& ar);
+    int _05serializeTrigMarks(CArchive& ar);
+    int _06serializeTrialHeadLocation(CArchive& ar);
+    int _11serializeMontages(CArchive& ar);
+    int _13serializeSeegProbe(CArchive& ar);
+    int serializeResampling(CArchive& ar);
+    /// The record of one channel, by its own class.
+    using ExchangeChannel = int (*)(CMDChannelzk& channel, CArchive& ar);
+    int exchangeChannels(CArchive& ar, ExchangeChannel exchange);
+
+    /// Where a trial's file was opened for writing.
+    enum class OpenedAt
+    {
+        nowhere,
+        given,
+        chosen ///< by the user, and the path is the chosen one
+    };
+    /// What the dialog for another place shows and remembers.
+    struct SaveDialog
+    {
+        const char* extension;
+        const char* filter;
+        FileDialogMemory& memory;
+    };
+    OpenedAt openForSaving(CFile& file, CString& path, const SaveDialog& other) const;
+
 private:
     int serializezk20080229(CArchive& ar);
     int serializezk20080601(CArchive& ar);
@@ -59,29 +91,22 @@ private:
     int sections20161122(CArchive& ar);
     int sections01To08(CArchive& ar);
 
-    int _01serializeTralBasic(CArchive& ar);
     int _02serializeTralChnls(CArchive& ar);
     int _03serializeTrialVlmSrc01(CArchive& ar);
     int _03serializeTrialVlmSrcCoh02(CArchive& ar);
     int _04serializeTrialSpctms(CArchive& ar);
-    int _05serializeTrigMarks(CArchive& ar);
-    int _06serializeTrialHeadLocation(CArchive& ar);
     int _07serializeCoherence(CArchive& ar);
     int _08serializeSpctmCCDataFace(CArchive& ar);
     int _09serializeVirtWaveSpctmSrcCoh(CArchive& ar);
     int _09serializeVirtWaveSpctmSrcCoh_obsolete20190730(CArchive& ar);
-    int _11serializeMontages(CArchive& ar);
     int _12serializeIcaFace(CArchive& ar);
-    int _13serializeSeegProbe(CArchive& ar);
-    int serializeResampling(CArchive& ar);
 
-    int storeChannels(CArchive& ar);
-    int loadChannels(CArchive& ar);
+    int storeChannels(CArchive& ar, ExchangeChannel exchange);
+    int loadChannels(CArchive& ar, ExchangeChannel exchange);
     void cleanVirtual();
     int serializeVirtSpctmSrcCoh(CArchive& ar);
     int serializeMontageCr(CArchive& ar);
     void correctCurrentProbe();
-    bool openForSaving(CFile& file, CString& path) const;
 
     static const FormatVersion<CMDTrial9FileB> s_versions[12];
 };

@@ -167,7 +167,7 @@ int CMEGData9FileB::_00serializeMDTrialInfo(CArchive& ar)
     cleanTrialList(ar);
     EXCHANGE_FIELDS(ar, m_nTotalTrial, m_nCurrentTrial, m_nRealTrial, m_nVirtualTrial, m_strDatasetFileName,
                     m_strSessionName, m_nDatasetFlagA, m_strTrialFolder);
-    exchangePaths(ar);
+    exchangePaths(ar, m_aTrialFilePath, "m_aTrialFilePath");
     bool present = false;
     return exchangeSlots(ar, present) ? 1 : 0;
 }
@@ -180,14 +180,14 @@ void CMEGData9FileB::cleanTrialList(CArchive& ar)
     m_aTrialFilePath.RemoveAll();
 }
 
-void CMEGData9FileB::exchangePaths(CArchive& ar)
+void CMEGData9FileB::exchangePaths(CArchive& ar, CStringArray& paths, std::string_view name)
 {
-    const std::int64_t count = ar.exchangeInt64(m_aTrialFilePath.GetSize(), "m_aTrialFilePath");
+    const std::int64_t count = ar.exchangeInt64(paths.GetSize(), name);
     for (std::int64_t i = 0; i < count; ++i) {
-        CString path = ar.IsStoring() ? m_aTrialFilePath.GetAt(static_cast<int>(i)) : CString();
+        CString path = ar.IsStoring() ? paths.GetAt(static_cast<int>(i)) : CString();
         ar.exchangeNamed("path", path);
         if (ar.IsLoading())
-            m_aTrialFilePath.Add(path);
+            paths.Add(path);
     }
 }
 

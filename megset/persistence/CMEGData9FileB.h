@@ -72,6 +72,16 @@ protected:
     int _12serializeParam4AllTrlChnlShow_new(CArchive& ar);
     int _13serializeMkMgSelect4Cut(CArchive& ar);
     int _14serializeEegData(CArchive& ar);
+    int tailOf14(CArchive& ar);
+
+    // What the acquisition's file has in common with this one.
+
+    void cleanTrialList(CArchive& ar);
+    void exchangePaths(CArchive& ar, CStringArray& paths, std::string_view name);
+    bool exchangeSlots(CArchive& ar, bool& present);
+    int exchangeFlags(CArchive& ar, std::unique_ptr<int[]>& flags, std::string_view name);
+    int exchangeGoodShow(CArchive& ar);
+    int makeMissingFlags(CArchive& ar);
 
 private:
     int serializezk20200729(CArchive& ar);
@@ -117,7 +127,6 @@ private:
     int tailOf8(CArchive& ar);
     int tailOf10(CArchive& ar);
     int tailOf11(CArchive& ar);
-    int tailOf14(CArchive& ar);
     int tailOf15(CArchive& ar);
     int tailOf16(CArchive& ar);
 
@@ -131,16 +140,10 @@ private:
     int _Zold_12serializeParam4AllTrlChnlShow(CArchive& ar);
     int _zold_13serializeSelectCut(CArchive& ar);
 
-    void cleanTrialList(CArchive& ar);
-    void exchangePaths(CArchive& ar);
     void exchangeTrialListOld(CArchive& ar);
-    bool exchangeSlots(CArchive& ar, bool& present);
     int loadEmbeddedTrial(CArchive& ar, int index);
     int exchangeMarkers(CArchive& ar, std::initializer_list<CMarkerManagerzk CMEGData::*> managers);
-    int exchangeFlags(CArchive& ar, std::unique_ptr<int[]>& flags, std::string_view name);
-    int exchangeGoodShow(CArchive& ar);
     void exchangeShowInfo(CArchive& ar);
-    int makeMissingFlags(CArchive& ar);
     int storeTrials();
     int openCurrentTrial();
 

@@ -112,7 +112,7 @@ void CMEGData9FileB::exchangeTrialListOld(CArchive& ar)
 {
     cleanTrialList(ar);
     EXCHANGE_FIELDS(ar, m_nTotalTrial, m_nCurrentTrial, m_nRealTrial, m_nVirtualTrial, m_strTrialFolder);
-    exchangePaths(ar);
+    exchangePaths(ar, m_aTrialFilePath, "m_aTrialFilePath");
     EXCHANGE_FIELDS(ar, m_strDatasetFileName, m_strSessionName, m_nDatasetFlagA);
 }
 

@@ -136,6 +136,16 @@ int CMDTrial2Process::scaleWaveData(double factor, int alsoBackup, int)
     return 1;
 }
 
+int CMDTrial2Process::setStimTrigChannel2AbsDc(int alsoBackup)
+{
+    if (!m_ppChannel)
+        return 0;
+    for (int i = 0; i < getTotalChannel(); ++i)
+        if (CMDChannelzk* channel = m_ppChannel[i]; channel != nullptr && channel->isTriggerChannel())
+            channel->stimTrigChnl_AbsDc(1, alsoBackup);
+    return 1;
+}
+
 int CMDTrial2Process::getAllSelectMinMeaMaxSdV(std::int64_t from, std::int64_t to,
                                                std::span<ChannelStatistics> out) const
 {

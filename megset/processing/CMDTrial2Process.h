@@ -31,6 +31,9 @@ public:
     /// CMDChannel7ProcessX::scaleWaveData on every channel, whatever each gives: the working samples and, with
     /// `alsoBackup`, the raw ones, times the factor. The last argument is not read. 0 with no channels.
     int scaleWaveData(double factor, int alsoBackup, int);
+    /// CMDChannel7ProcessX::stimTrigChnl_AbsDc, with its level subtracted, on every trigger channel, whatever each
+    /// gives. 0 without an array of channels.
+    int setStimTrigChannel2AbsDc(int alsoBackup);
     /// CMDChannel::getSelectMinMeaMaxSdV of all channels in one go: the same numbers to the bit, several times as fast
     /// as channel after channel. out[i] is of channel i, all 0 for one that is absent or has no samples. Gives the
     /// number of channels written: as many as there are and as `out` holds.

@@ -78,7 +78,34 @@ public:
     /// where none were removed; 0 for null, without a marker and without an array of channels.
     int segmentRemov4DcOffFilt(CMDTrialzk* trial);
 
+    // The selected ranges that are to be moved out: the newest marker of m_mkSelect4Move. They are tied to no trial.
+
+    /// Adds a range, -1 standing for the selection's end, to the newest marker, which is made where there is none, at
+    /// the current trial and channel. Where the selection ends behind the data, so does the range, with the last
+    /// sample. A marker of ranges at a lower sampling rate is asked about: "The sampling rate changed, would you like
+    /// to remove all the old selection?!"; a higher one isn't noticed, and is meant so. 1; 0 for a No, for an empty
+    /// range, without trial, and without memory: a marker made for it stays.
+    int addSegment4Cut(std::int64_t begin, std::int64_t end);
+    /// Blanks the ranges in the working samples of all trials or of the current one: with 0 (mode 0), or with the
+    /// sample before the range, 0 before the first (other modes; -1 is the mode used last). From then on they are
+    /// blanked whenever a trial is prepared for a pass over the dataset. Trials that can't be opened are passed over.
+    /// 1, or 0 without a marker.
+    int segmentRemove(int allTrials, int mode);
+
+    // Two selections made of the same length, inside the data. A range grows by turns at its begin and its end, the
+    // begin first; an end of the data leaves the rest to the other side.
+
+    /// Lets the shorter range grow to the length of the other. 1; 0 for "The selected data range is wrong!", where
+    /// neither has a length above 0, and for "Can't match the active and control selections!", with the range as long
+    /// as the data let it be.
+    int matchAtiveControl(std::int64_t& activeB, std::int64_t& activeE, std::int64_t& controlB,
+                          std::int64_t& controlE) const;
+    /// Lets the range grow or shrink, in the same way, to `size` samples. 1; 0 for "The selected data range or size is
+    /// wrong!", where neither is above 0, and for the other message as above.
+    int matchSelect2Size(std::int64_t& begin, std::int64_t& end, std::int64_t size) const;
+
 private:
+    int segmentCut(int allTrials);
     bool hasFlag(const std::unique_ptr<int[]>& flags, int channel) const;
     int isFlagSet(const std::unique_ptr<int[]>& flags, int channel) const;
     int setFlag(const std::unique_ptr<int[]>& flags, int channel, int value);

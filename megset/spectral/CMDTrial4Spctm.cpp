@@ -14,7 +14,6 @@ namespace megset {
 namespace {
 
 constexpr int classes = 3;
-constexpr int dataTypes = 4;
 
 template <class T>
 T* getOrMake(std::unique_ptr<T>& slot, bool create, const CString& failure)

@@ -1,5 +1,6 @@
 #include "apps/cli/inspect/recordKinds.h"
 
+#include "megset/core/CArrayMEDataSet.h"
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"
@@ -22,6 +23,18 @@ int load(CArchive& ar)
     return (record.get()->*serialize)(ar);
 }
 
+// The files of electrodes and probes give what they hold to trials; here there are none.
+
+int loadElectrodes(CArchive& ar)
+{
+    return std::make_unique<CMEGDatazk>()->serializeElectrodeInfo(ar, false);
+}
+
+int loadProbes(CArchive& ar)
+{
+    return std::make_unique<CMEGDatazk>()->serializeSeegInfo(ar, 0);
+}
+
 // One line for each kind: tag, what it is, and the class with the function that reads it.
 constexpr RecordKind kinds[] = {
     {"MEGDATASETZK", "dataset file (.meg)", load<CMEGDatazk, &CMEGDatazk::serializeWithoutTrials>},
@@ -32,6 +45,12 @@ constexpr RecordKind kinds[] = {
     {"SPCTMTRIALZK", "spectrum of a trial", load<CSpctmTrialzk, &CSpctmTrialzk::serializeTrlSpctmZk>},
     {"SPCTMCHNLZK", "spectrum of a channel", load<CSpctmChnlzk, &CSpctmChnlzk::serializeSpctmCzk>},
     {"SUMCHNLZK", "spectrum over channels", load<CSumChnlSpctmDatazk, &CSumChnlSpctmDatazk::serialSumChnl>},
+    {"ARRAYMEGDATASETZK", "array of datasets", load<CArrayMEDataSetzk, &CArrayMEDataSetzk::serializeWithoutTrials>},
+    {"MEACQDATASETZK", "acquired dataset (.mega)", load<CMEGDatazk, &CMEGDatazk::serializeRecordWithoutTrials>},
+    {"MEACQTRIALZK", "acquired trial (.trla)", load<CMDTrialzk, &CMDTrialzk::serializeAcq>},
+    {"ACQMECHANNELZK", "channel of an acquired trial", load<CMDChannelzk, &CMDChannelzk::serializeAcqzk>},
+    {"ELECTRODINFOFILE", "electrodes (.epos)", loadElectrodes},
+    {"SEEGINFO", "depth probes (.seeg)", loadProbes},
 
     {"MEGRECORDINFOBASEZK", "basic recording information", load<CMEGRecordInfozk, &CMEGRecordInfozk::serialize>},
     {"DATASETINFO", "coefficients of one sensor", load<CCoefficientDatazk, &CCoefficientDatazk::serialize>},

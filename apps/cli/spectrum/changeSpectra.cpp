@@ -1,5 +1,6 @@
 #include "apps/cli/spectrum/changeSpectra.h"
 
+#include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
 #include <charconv>
@@ -55,6 +56,21 @@ void normalize(CMDTrialzk& trial, const SpectrumChange& change)
         trial.normSpctmGlobEachFreqAllChnAllTim_mean(0.0, change.classIndex, change.type);
 }
 
+// The library refuses a backup that holds the real part, which those have that were computed here.
+void reload(CMDTrialzk& trial, int classIndex)
+{
+    for (int i = 0; i < trial.getTotalChannel(); ++i) {
+        CMDChannelzk* const channel = trial.getChannel(i);
+        CSpctmChnlzk* const kept = channel != nullptr ? channel->getSpctmChnl(false, classIndex) : nullptr;
+        if (kept == nullptr || !kept->m_pBkSpctmR || !kept->m_pBkSpctmI || !kept->m_pBkSpctmM || !kept->m_pBkSpctmA ||
+            kept->m_nBkTimePt != kept->m_nTimePt || kept->m_nBkFreqPt != kept->m_nFreqPt)
+            continue;
+        if (!kept->addSpctmDataRIMA1d(kept->m_pBkSpctmR.get(), kept->m_pBkSpctmI.get(), kept->m_pBkSpctmM.get(),
+                                      kept->m_pBkSpctmA.get(), kept->m_nTimePt, kept->m_nFreqPt, 0, 1, 0))
+            throw std::runtime_error("there is not enough memory");
+    }
+}
+
 } // namespace
 
 void changeSpectra(CMEGDatazk& dataset, CMDTrialzk& trial, const SpectrumChange& change)
@@ -75,7 +91,7 @@ void changeSpectra(CMEGDatazk& dataset, CMDTrialzk& trial, const SpectrumChange&
         trial.cutSpctmDataExtrama(low, high, 0.0, change.classIndex, change.type);
     }
     if (change.reload)
-        trial.reloadSpctmDataAll();
+        reload(trial, change.classIndex);
 }
 
 } // namespace megset::cli

@@ -72,12 +72,18 @@ std::int64_t sampleCount(const CMDTrialzk& trial, const std::vector<int>& channe
     return least;
 }
 
+// On a power axis the library's index 0 is a step above the lowest frequency.
+double axisBegin(const spectrum::FrequencyAxis& axis)
+{
+    return axis.isPower ? axis.hz.front() / axis.step : axis.hz.front();
+}
+
 void describe(CSpctmTrialzk& spectrum, const SpectrumRequest& request, double rate, const SampleRange& range,
               const spectrum::TimeAxis& time, std::size_t points)
 {
     spectrum.setSpctmTimePtFreqPt(static_cast<std::int64_t>(points), static_cast<std::int64_t>(request.axis.hz.size()),
                                   static_cast<std::int64_t>(time.step));
-    spectrum.setTrialFreqRange4Spctm(request.axis.hz.front(), request.axis.hz.back());
+    spectrum.setTrialFreqRange4Spctm(axisBegin(request.axis), request.axis.hz.back());
     spectrum.setTrialTimeDataRange4Spctm(range.from, range.to);
     spectrum.m_nEdgePt = static_cast<std::int64_t>(time.edge);
     spectrum.m_nFreqPowerStep = request.axis.isPower ? 1 : 0;
@@ -94,7 +100,7 @@ void checkAccumulation(const CSpctmTrialzk& spectrum, const SpectrumRequest& req
     const bool isFirst = spectrum.m_nTimePt == 0;
     const bool fits = spectrum.m_nTimePt == static_cast<std::int64_t>(points) &&
                       spectrum.m_nFreqPt == static_cast<std::int64_t>(request.axis.hz.size()) &&
-                      spectrum.m_dFreqBegin == request.axis.hz.front() && spectrum.m_dFreqEnd == request.axis.hz.back();
+                      spectrum.m_dFreqBegin == axisBegin(request.axis) && spectrum.m_dFreqEnd == request.axis.hz.back();
     if (request.accumulate && !isFirst && !fits)
         throw std::runtime_error("the spectra that are there have other times or frequencies");
 }
@@ -118,7 +124,8 @@ int computeSpectra(CMDTrialzk& trial, double rate, const SpectrumRequest& reques
         throw std::runtime_error("the trial has no channel of this kind");
     const SampleRange range = parseSampleRange(request.samples, sampleCount(trial, channels));
     spectrum::TimeAxis time;
-    time.step = static_cast<std::size_t>(request.step > 0 ? request.step : std::max(1.0, std::round(rate / 50.0)));
+    const auto twentyMs = static_cast<std::int64_t>(std::max(1.0, std::round(rate / 50.0)));
+    time.step = static_cast<std::size_t>(request.step > 0 ? request.step : twentyMs);
     time.edge = static_cast<std::size_t>(request.edge);
     const std::size_t points = time.points(static_cast<std::size_t>(range.count()));
     if (points == 0)

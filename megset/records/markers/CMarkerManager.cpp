@@ -5,6 +5,8 @@
 #include "megset/records/recordFormat.h"
 
 #include <algorithm>
+#include <span>
+#include <string>
 #include <vector>
 
 namespace megset {
@@ -20,26 +22,43 @@ struct Occurrence
     int repetition; // from 1
 };
 
-void addOccurrences(std::vector<Occurrence>& found, const CMarkerData& marker, int trial)
+void addOccurrences(std::vector<Occurrence>& found, const CMarkerData& marker, int firstTrial, int lastTrial)
 {
     for (int i = 0; i < marker.m_aMarkPts.GetSize(); ++i) {
         const MarkTrigClass* point = marker.m_aMarkPts.GetAt(i);
-        if (point != nullptr && point->m_nMarkPtTrial == trial)
+        if (point != nullptr && point->m_nMarkPtTrial >= firstTrial && point->m_nMarkPtTrial <= lastTrial)
             found.push_back({&marker, point, i + 1});
     }
 }
 
-// Those of one trial, by sample; of equal ones the first marker's first.
-std::vector<Occurrence> occurrencesOf(const CMarkerManager& manager, int trial)
+// Those of some trials, trial by trial, and in each of them by sample; of equal ones the first marker's first.
+std::vector<Occurrence> occurrencesOf(const CMarkerManager& manager, int firstTrial, int lastTrial)
 {
     std::vector<Occurrence> found;
     for (int i = 0; i < manager.m_aMarkers.GetSize(); ++i)
         if (const CMarkerData* marker = manager.m_aMarkers.GetAt(i))
-            addOccurrences(found, *marker, trial);
+            addOccurrences(found, *marker, firstTrial, lastTrial);
     std::stable_sort(found.begin(), found.end(), [](const Occurrence& a, const Occurrence& b) {
-        return a.point->m_nMarkPtBegin < b.point->m_nMarkPtBegin;
+        const int trialA = a.point->m_nMarkPtTrial;
+        const int trialB = b.point->m_nMarkPtTrial;
+        return trialA != trialB ? trialA < trialB : a.point->m_nMarkPtBegin < b.point->m_nMarkPtBegin;
     });
     return found;
+}
+
+// Runs `tell(trial, its occurrences)` for trials 0 to `trials` - 1; gives the number of occurrences.
+template <class Tell>
+std::int64_t tellTrials(const CMarkerManager& manager, int trials, Tell tell)
+{
+    const std::vector<Occurrence> found = occurrencesOf(manager, 0, trials - 1);
+    auto begin = found.begin();
+    for (int trial = 0; trial < trials; ++trial) {
+        const auto end = std::find_if(begin, found.end(),
+                                      [trial](const Occurrence& one) { return one.point->m_nMarkPtTrial != trial; });
+        tell(trial, std::span<const Occurrence>(begin, end));
+        begin = end;
+    }
+    return std::ssize(found);
 }
 
 // Samples of a broken file may lie further apart than the type reaches: the difference then wraps.
@@ -51,7 +70,28 @@ std::int64_t samplesBetween(const MarkTrigClass& from, const MarkTrigClass& to)
 
 CString nameByValue(const TrigScanParam& param, std::int64_t value)
 {
-    return CString::formatted("%s%I64d", param.m_strTrigPrefix, value);
+    return param.m_strTrigPrefix + CString(std::to_string(value)); // a scan names very many
+}
+
+void tellStd(CString& text, int trial, std::span<const Occurrence> found)
+{
+    text.AppendFormat("%d  ", trial);
+    for (const Occurrence& one : found) {
+        const MarkTrigClass& sync = *found.front().point;
+        text.AppendFormat("%s %.3f %I64d %d ", one.marker->m_strMarkName,
+                          one.point->m_dMarkPtBegin - sync.m_dMarkPtBegin, samplesBetween(sync, *one.point),
+                          one.repetition);
+    }
+    text.AppendFormat(" %I64d \n", std::ssize(found));
+}
+
+void tellPro(CString& text, int trial, std::span<const Occurrence> found)
+{
+    text.AppendFormat("Trial %d: %I64d triggers\n", trial, std::ssize(found));
+    for (const Occurrence& one : found)
+        text.AppendFormat("  %s: value %I64d, channel %d, %.3f ms, sample %I64d\n", one.marker->m_strMarkName,
+                          one.marker->m_nMarkValue, one.point->m_nMarkPtChannel, one.point->m_dMarkPtBegin,
+                          one.point->m_nMarkPtBegin);
 }
 
 } // namespace
@@ -136,28 +176,38 @@ int CMarkerManager::setupTrgClsMks1(CMarkerData* marker)
 
 CString CMarkerManager::getTrialAllTrigInfoStd(int trial, std::int64_t& count) const
 {
-    const std::vector<Occurrence> found = occurrencesOf(*this, trial);
-    count = static_cast<std::int64_t>(found.size());
-    CString line = CString::formatted("%d  ", trial);
-    for (const Occurrence& one : found) {
-        const MarkTrigClass& sync = *found.front().point;
-        line.AppendFormat("%s %.3f %I64d %d ", one.marker->m_strMarkName,
-                          one.point->m_dMarkPtBegin - sync.m_dMarkPtBegin, samplesBetween(sync, *one.point),
-                          one.repetition);
-    }
-    line.AppendFormat(" %I64d \n", count);
-    return line;
+    const std::vector<Occurrence> found = occurrencesOf(*this, trial, trial);
+    count = std::ssize(found);
+    CString text;
+    tellStd(text, trial, found);
+    return text;
 }
 
 CString CMarkerManager::getTrialAllTrigInfoPro(int trial, std::int64_t& count) const
 {
-    const std::vector<Occurrence> found = occurrencesOf(*this, trial);
-    count = static_cast<std::int64_t>(found.size());
-    CString text = CString::formatted("Trial %d: %I64d triggers\n", trial, count);
-    for (const Occurrence& one : found)
-        text.AppendFormat("  %s: value %I64d, channel %d, %.3f ms, sample %I64d\n", one.marker->m_strMarkName,
-                          one.marker->m_nMarkValue, one.point->m_nMarkPtChannel, one.point->m_dMarkPtBegin,
-                          one.point->m_nMarkPtBegin);
+    const std::vector<Occurrence> found = occurrencesOf(*this, trial, trial);
+    count = std::ssize(found);
+    CString text;
+    tellPro(text, trial, found);
+    return text;
+}
+
+CString CMarkerManager::getAllTrigInfoStd(int trials, std::int64_t& total, std::int64_t& most) const
+{
+    CString text;
+    most = 0;
+    total = tellTrials(*this, trials, [&](int trial, std::span<const Occurrence> found) {
+        most = std::max<std::int64_t>(most, std::ssize(found));
+        tellStd(text, trial, found);
+    });
+    return text;
+}
+
+CString CMarkerManager::getAllTrigInfoPro(int trials, std::int64_t& total) const
+{
+    CString text;
+    total =
+        tellTrials(*this, trials, [&](int trial, std::span<const Occurrence> found) { tellPro(text, trial, found); });
     return text;
 }
 

@@ -57,6 +57,11 @@ public:
     /// A heading with the trial's index and number of occurrences, then a line for each: name, value, channel, ms,
     /// sample.
     CString getTrialAllTrigInfoPro(int trial, std::int64_t& count) const;
+    /// The texts of getTrialAllTrigInfoStd for trials 0 to `trials` - 1, one behind the other, with the number of
+    /// occurrences in all of them and in the one with most. All occurrences are sorted once.
+    CString getAllTrigInfoStd(int trials, std::int64_t& total, std::int64_t& most) const;
+    /// The same of getTrialAllTrigInfoPro.
+    CString getAllTrigInfoPro(int trials, std::int64_t& total) const;
 
     CString m_strMgrInfo; // told by what filled the list
     TrigScanParam m_trigScanParam;

@@ -2,6 +2,8 @@
 #include "apps/cli/dataset/TrialSummary.h"
 #include "tests/apps/cli/SampleDataset.h"
 
+#include <sys/resource.h>
+
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -167,6 +169,38 @@ TEST(Info, ControlCharactersOfNamesDoNotReachTheTerminal)
     EXPECT_THAT(result.output, HasSubstr("A\\x1b[31m B"));
     EXPECT_EQ(result.output.find('\x1b'), std::string::npos);
 }
+
+#ifndef __SANITIZE_ADDRESS__
+// In processor time, which other work on the machine doesn't lengthen.
+double childrensSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+TEST(Info, TenThousandTrialNamesAreToldWithinASecond)
+{
+    SampleDataset sample;
+    sample.dataset().saveAllTrials();
+    constexpr int total = 10000;
+    for (int i = 3; i < total; ++i)
+        sample.dataset().m_aTrialFilePath.Add(sample.folder().path("trial " + std::to_string(i) + ".trl"));
+    ASSERT_TRUE(sample.dataset().m_ppTrial.allocate(total));
+    sample.dataset().m_nTotalTrial = total;
+    sample.dataset().m_nCurrentTrial = 0;
+    sample.store();
+    const double before = childrensSeconds();
+    const json info = infoOf(sample);
+    EXPECT_LT(childrensSeconds() - before, 1.0);
+    EXPECT_THAT(info.at("trials"), SizeIs(total));
+    EXPECT_EQ(info.at("trials")[2].at("found"), true);
+    EXPECT_EQ(info.at("trials")[total - 1].at("found"), false);
+}
+#endif
 
 TEST(TrialSummary, TrialWithoutChannelsHasNoSamples)
 {

@@ -13,6 +13,12 @@ namespace {
 
 using testing::AnyOf;
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kills = 25; // a sanitized program takes long to start
+#else
+constexpr int kills = 200;
+#endif
+
 // Every trial and the dataset's file are written again and again; what a kill leaves is judged, and mended from a copy.
 TEST(KilledProgram, LeavesFilesThatCheckReadsAndJudges)
 {
@@ -28,7 +34,7 @@ TEST(KilledProgram, LeavesFilesThatCheckReadsAndJudges)
     std::mt19937 random(20261122);
     std::uniform_int_distribution<std::int64_t> moment(0, length.count());
     int broken = 0;
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < kills; ++i) {
         kit::runAndKillProgram(MEGSET_PROGRAM, change, std::chrono::microseconds(moment(random)));
         const auto check = runMegset({"check", sample.path()});
         ASSERT_THAT(check.exitCode, AnyOf(0, 1)) << "kill " << i << ": " << check.errors;

@@ -276,6 +276,32 @@ TEST(CMarkerManager, DetailedReportHasALineForEachTrigger)
     EXPECT_EQ(count, 2);
 }
 
+TEST(CMarkerManager, ReportsOfAllTrialsAreThoseOfEach)
+{
+    const CMarkerManagerzk manager = reported();
+    for (const int trials : {0, 1, 2, 5}) {
+        CString std;
+        CString pro;
+        std::int64_t sum = 0;
+        std::int64_t largest = 0;
+        for (int trial = 0; trial < trials; ++trial) {
+            std::int64_t count = 0;
+            std += manager.getTrialAllTrigInfoStd(trial, count);
+            pro += manager.getTrialAllTrigInfoPro(trial, count);
+            sum += count;
+            largest = std::max(largest, count);
+        }
+        std::int64_t total = -1;
+        std::int64_t most = -1;
+        EXPECT_EQ(manager.getAllTrigInfoStd(trials, total, most), std);
+        EXPECT_EQ(total, sum);
+        EXPECT_EQ(most, largest);
+        total = -1;
+        EXPECT_EQ(manager.getAllTrigInfoPro(trials, total), pro);
+        EXPECT_EQ(total, sum);
+    }
+}
+
 TEST(CMarkerManager, ReportTakesSamplesFarApart)
 {
     CMarkerManagerzk manager;

@@ -1,0 +1,169 @@
+#include "apps/cli/spectrum/computeSpectra.h"
+#include "apps/cli/spectrum/showSpectrum.h"
+#include "tests/apps/cli/SampleDataset.h"
+
+#include <cmath>
+#include <numbers>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace megset::cli {
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+// Trials of 200 samples at 200 Hz, 5 before the trigger; M1 holds a wave of 20 Hz and 30 fT, M2 one of 40 Hz and 10 fT.
+class Spectrum : public testing::Test
+{
+protected:
+    Spectrum() : sample(2, 200)
+    {
+        for (int i = 0; i < 2; ++i) {
+            CMDTrialzk& trial = *sample.dataset().getTrialzk(i);
+            fill(*trial.getChannel(1), 20.0, 30.0);
+            fill(*trial.getChannel(2), 40.0, 10.0);
+        }
+        sample.store();
+    }
+
+    static void fill(CMDChannelzk& channel, double hz, double amplitude)
+    {
+        std::vector<double> wave(200);
+        for (std::size_t i = 0; i < wave.size(); ++i)
+            wave[i] = amplitude * std::sin(2.0 * std::numbers::pi * hz * static_cast<double>(i) / 200.0);
+        channel.addData(200, wave.data());
+    }
+
+    kit::ProgramResult run(std::vector<std::string> options)
+    {
+        options.insert(options.begin(), {"spectrum", sample.path()});
+        return runMegset(options);
+    }
+    json shown(std::vector<std::string> options)
+    {
+        options.insert(options.end(), {"--show", "--json"});
+        const auto result = run(options);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return json::parse(result.output);
+    }
+    void compute(std::vector<std::string> more = {})
+    {
+        more.insert(more.end(), {"--freqs", "10:50:10", "--in-place"});
+        const auto result = run(more);
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+
+    SampleDataset sample;
+};
+
+TEST_F(Spectrum, MagnitudeStandsAtTheWavesFrequencyWithItsAmplitude)
+{
+    compute();
+    const json map = shown({"--channel", "M1"});
+    EXPECT_EQ(map.at("hz"), json({10.0, 20.0, 30.0, 40.0, 50.0}));
+    EXPECT_EQ(map.at("ms").front(), -25.0);
+    EXPECT_EQ(map.at("ms")[1], -5.0); // steps of 20 ms
+    EXPECT_EQ(map.at("unit"), "fT");
+    ASSERT_THAT(map.at("values"), SizeIs(map.at("ms").size()));
+    const json& middle = map.at("values")[map.at("values").size() / 2];
+    EXPECT_NEAR(middle[1].get<double>(), 30.0, 0.01);
+    EXPECT_NEAR(middle[3].get<double>(), 0.0, 0.3);
+}
+
+TEST_F(Spectrum, SumsGoOverTheChannels)
+{
+    compute();
+    const auto middle = [&](const char* sum) {
+        const json map = shown({"--sum", sum});
+        return map.at("values")[map.at("values").size() / 2][1].get<double>();
+    };
+    EXPECT_NEAR(middle("max"), 30.0, 0.01);
+    EXPECT_NEAR(middle("mean"), 15.0, 0.1);
+    EXPECT_LT(middle("min"), 0.3);
+}
+
+TEST_F(Spectrum, AllTrialsHaveSpectraAndAreInOrder)
+{
+    compute();
+    EXPECT_NEAR(shown({"--channel", "M2", "--trial", "0"}).at("values")[20][3].get<double>(), 10.0, 0.01);
+    EXPECT_EQ(runMegset({"check", sample.path()}).exitCode, 0);
+}
+
+TEST_F(Spectrum, AccumulationAddsAndNeedsTheSameShape)
+{
+    compute();
+    compute({"--accumulate"});
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 60.0, 0.02);
+    const auto result = run({"--freqs", "10:40:10", "--accumulate", "--in-place"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("other times or frequencies"));
+}
+
+TEST_F(Spectrum, ChangesAreMadeAndTakenBack)
+{
+    compute();
+    ASSERT_EQ(run({"--scale", "2", "--in-place"}).exitCode, 0);
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 60.0, 0.02);
+    ASSERT_EQ(run({"--reload", "--in-place"}).exitCode, 0);
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 30.0, 0.01);
+    ASSERT_EQ(run({"--log", "--in-place"}).exitCode, 0);
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), std::log(30.0), 0.001);
+    ASSERT_EQ(run({"--reload", "--in-place"}).exitCode, 0);
+    ASSERT_EQ(run({"--baseline", "300:600", "--in-place"}).exitCode, 0);
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 1.0, 0.001);
+    ASSERT_EQ(run({"--reload", "--in-place"}).exitCode, 0);
+    ASSERT_EQ(run({"--cut", "0:25", "--in-place"}).exitCode, 0);
+    EXPECT_EQ(shown({"--channel", "M1"}).at("values")[20][1], 0.0);
+}
+
+TEST_F(Spectrum, EdgeStepAndSamplesChooseTheTimes)
+{
+    compute({"--samples", "20:119", "--edge", "10", "--step", "8"});
+    const json ms = shown({"--channel", "M1"}).at("ms");
+    EXPECT_THAT(ms, SizeIs(10)); // samples 30, 38, ... 102
+    EXPECT_EQ(ms.front(), 125.0);
+    EXPECT_EQ(ms[1], 165.0);
+}
+
+TEST_F(Spectrum, OctavesGiveAPowerAxis)
+{
+    ASSERT_EQ(run({"--octaves", "10:40:1", "--in-place"}).exitCode, 0);
+    const json hz = shown({"--channel", "M1"}).at("hz");
+    EXPECT_THAT(hz, SizeIs(3));
+    EXPECT_DOUBLE_EQ(hz[0], 10.0);
+    EXPECT_DOUBLE_EQ(hz[1], 20.0);
+    EXPECT_DOUBLE_EQ(hz[2], 40.0);
+}
+
+TEST_F(Spectrum, PictureAndNumPyFileAreWritten)
+{
+    compute();
+    const std::string svg = sample.folder().native("map.svg").string();
+    const std::string npy = sample.folder().native("map.npy").string();
+    const auto result = run({"--show", "--channel", "M1", "--svg", svg, "--npy", npy});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("5 frequencies, 10 to 50 Hz\n"));
+    EXPECT_THAT(result.output, HasSubstr(", 20 Hz\n")); // of the largest value
+    EXPECT_TRUE(sample.folder().has("map.svg"));
+    EXPECT_TRUE(sample.folder().has("map.npy"));
+}
+
+TEST_F(Spectrum, FaultsAreTold)
+{
+    EXPECT_THAT(run({"--show"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--scale", "2", "--in-place"}).errors, HasSubstr("it has no spectra of this class"));
+    EXPECT_THAT(run({"--freqs", "10:150:10", "--in-place"}).errors, HasSubstr("half of the sampling rate"));
+    EXPECT_THAT(run({"--freqs", "x", "--in-place"}).errors, HasSubstr("not of the form"));
+    EXPECT_THAT(run({"--freqs", "10:20:1", "--edge", "100", "--in-place"}).errors, HasSubstr("no sample is left"));
+    EXPECT_EQ(run({"--in-place"}).exitCode, 2);
+    EXPECT_EQ(run({"--freqs", "1:2:1", "--log", "--in-place"}).exitCode, 2);
+}
+
+} // namespace
+
+} // namespace megset::cli

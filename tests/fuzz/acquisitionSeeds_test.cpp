@@ -1,0 +1,71 @@
+// The first files of the corpora of fuzz/acquisition_fuzz.cpp and fuzz/information_fuzz.cpp. With MEGSET_WRITE_SEEDS
+// set the tests write them; otherwise they compare them.
+
+#include "megset/core/CArrayMEDataSet.h"
+
+#include "tests/fuzz/seedFiles.h"
+#include "tests/persistence/acquisitionRecord.h"
+#include "tests/persistence/informationFiles.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace megset;
+
+// The first byte of an input says what the rest is.
+std::vector<std::byte> seed(std::uint8_t kind, const ByteBuilder& bytes)
+{
+    return ByteBuilder().u8(kind).append(bytes).bytes();
+}
+
+acquisitionRecord::Parts smallDataset()
+{
+    acquisitionRecord::Parts parts = acquisitionRecord::filled(1);
+    parts.recordInfo = acquisitionRecord::Parts().recordInfo; // what it holds is recording_fuzz's
+    return parts;
+}
+
+TEST(AcquisitionFuzzSeeds, AreWhatTheyAreSaidToBe)
+{
+    namespace acq = acquisitionRecord;
+    Seeds seeds;
+    for (const std::int32_t version : acq::versions)
+        seeds["dataset_" + std::to_string(version)] = seed(0, acq::record(version, smallDataset()));
+    seeds["dataset_empty"] = seed(0, acq::record(acq::newest, acq::Parts()));
+    seeds["dataset_unknown"] = seed(0, acq::header(20220419));
+    acq::Parts slots = smallDataset();
+    slots.trials.presence = 1;
+    seeds["dataset_slots"] = seed(0, acq::record(acq::newest, slots));
+    seeds["trial"] = seed(1, acq::trial(acq::filledTrial(1)));
+    seeds["trial_empty"] = seed(1, acq::trial(acq::TrialParts()));
+    seeds["trial_small"] = seed(1, acq::trial(acq::namedTrial("T", {{1.0, 2.0}, {3.0, 4.0}})));
+    seeds["channel"] = seed(2, acq::channel());
+    seeds["channel_plain"] = seed(2, acq::plainChannel({1.0, 2.0, 3.0}));
+    compareOrWrite("acquisition_fuzz", seeds);
+}
+
+TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)
+{
+    const ByteBuilder electrodes =
+        electrodeFile({electrodeEntry(302, 1), noElectrode(), electrodeEntry(303, 2), electrodeEntry(101, 3)});
+    const ByteBuilder probes = seegFile({1, -1, 2});
+    const ByteBuilder dataset = datasetRecord::record(datasetRecord::newest, datasetRecord::Parts());
+    const ByteBuilder header = ByteBuilder().wide("ARRAYMEGDATASETZK").i32(20160909);
+    Seeds seeds;
+    seeds["electrodes"] = seed(0, electrodes);
+    seeds["electrodes_all"] = seed(1, electrodes);
+    seeds["electrodes_none"] = seed(0, electrodeFile({}));
+    seeds["electrodes_too_many"] = seed(0, electrodeHeader().i32(INT32_MAX));
+    seeds["probes"] = seed(2, probes);
+    seeds["probes_all"] = seed(3, probes);
+    seeds["probes_absent"] = seed(2, seegHeader().i32(0));
+    seeds["probes_too_many"] = seed(3, seegHeader().i32(1).i64(INT64_MAX));
+    seeds["array_empty"] = seed(4, ByteBuilder(header).i32(0).i32(0));
+    seeds["array"] = seed(4, ByteBuilder(header).i32(1).i32(3).i32(0).i32(1).append(dataset).i32(1).append(dataset));
+    compareOrWrite("information_fuzz", seeds);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+// Acquisition datasets that are cut short, changed, or claim more than they hold, inner records that fail, and memory
+// that is refused.
+
+#include "tests/persistence/acquisitionRecord.h"
+
+#include "tests/kit/FailingAllocator.h"
+#include "tests/kit/ScriptedHost.h"
+#include "tests/kit/brokenFiles.h"
+
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace megset;
+using namespace megset::acquisitionRecord;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+int tryLoad(CMEGDatazk& dataset, std::span<const std::byte> bytes)
+{
+    return tryLoading(bytes, [&](CArchive& ar) { return dataset.serializeRecordWithoutTrials(ar); });
+}
+
+void expectUsable(CMEGDatazk& dataset)
+{
+    ASSERT_EQ(load(dataset, record(newest, filled(1))), 1);
+    ASSERT_TRUE(sameBytes(stored(dataset), record(newest, afterReading(newest, filled(1), 1))));
+}
+
+// Every part is there, and of the recording information not more than must be.
+Parts smallParts()
+{
+    Parts parts = filled(1);
+    parts.recordInfo = Parts().recordInfo;
+    return parts;
+}
+
+class BrokenAcquisition : public ::testing::Test
+{
+protected:
+    static std::vector<CString> messagesOf(const Parts& parts, int result, std::int32_t number = newest)
+    {
+        const ScriptedHost host;
+        CMEGDatazk dataset;
+        EXPECT_EQ(tryLoad(dataset, record(number, parts).bytes()), result);
+        std::vector<CString> messages = host.messages();
+        expectUsable(dataset);
+        return messages;
+    }
+};
+
+TEST_F(BrokenAcquisition, EveryPrefixIsRefused)
+{
+    const ScriptedHost host;
+    for (const std::int32_t number : versions)
+        expectEveryPrefixRefused(
+            record(number, smallParts()).bytes(),
+            [](CArchive& ar) { return CMEGDatazk().serializeRecordWithoutTrials(ar); }, number == newest ? 1 : 17);
+}
+
+TEST_F(BrokenAcquisition, ADatasetThatWasReadInPartCanBeUsed)
+{
+    const ScriptedHost host;
+    const std::vector<std::byte> bytes = record(newest, smallParts()).bytes();
+    for (std::size_t length = 0; length < bytes.size(); length += 211) {
+        CMEGDatazk dataset;
+        fill(dataset, 2);
+        tryLoad(dataset, std::span(bytes).first(length));
+        expectUsable(dataset);
+    }
+}
+
+TEST_F(BrokenAcquisition, SingleBitFlipsDoNoHarm)
+{
+    const ScriptedHost host;
+    for (const std::int32_t number : versions)
+        forEachBitFlip(record(number, smallParts()).bytes(), [](std::span<const std::byte> bytes) {
+            CMEGDatazk dataset;
+            if (tryLoad(dataset, bytes) != 1)
+                return;
+            dataset.m_ppTrial.reset(); // trials are not what is looked at
+            const std::vector<std::byte> again = stored(dataset);
+            CMEGDatazk copy;
+            ASSERT_EQ(tryLoad(copy, again), 1);
+            ASSERT_TRUE(sameBytes(stored(copy), again));
+        });
+}
+
+TEST_F(BrokenAcquisition, AnArchiveWithoutAFileIsRefusedWithoutAMessage)
+{
+    const ScriptedHost host;
+    CMEGDatazk dataset;
+    fill(dataset, 1);
+    CArchive without(nullptr, CArchive::load);
+    // Nothing can be read from it at all: the exception comes with the tag.
+    EXPECT_THROW(dataset.serializeRecordWithoutTrials(without), CArchiveException);
+    EXPECT_TRUE(sameBytes(stored(dataset), record(newest, filled(1))));
+    host.expectNoMessages();
+}
+
+// ---- counts
+
+TEST_F(BrokenAcquisition, MoreTrialsThanTheFileHasPathsForAreRefusedBeforeMemoryIsTaken)
+{
+    for (const std::int32_t number : versions)
+        for (const int total : {-1, INT32_MAX, INT32_MIN, 1 << 24}) {
+            const ScriptedHost host;
+            Parts parts = filled(1);
+            parts.trials.total = total;
+            parts.trials.presence = 1;
+            const std::vector<std::byte> bytes = record(number, parts).bytes();
+            CMEGDatazk dataset;
+            const FailingAllocator counting(0);
+            EXPECT_EQ(tryLoad(dataset, bytes), 0);
+            EXPECT_THAT(host.messages(), ElementsAre(CString("Not enough memory?!")));
+            EXPECT_EQ(counting.calls(), 0);
+        }
+}
+
+TEST_F(BrokenAcquisition, APathCountThatTheFileCannotHoldEndsAtItsEnd)
+{
+    const ByteBuilder bytes = header(newest).zeros(16).wide("").wide("").i32(1).wide("").i64(INT64_MAX).wide("a");
+    CMEGDatazk dataset;
+    EXPECT_THROW(load(dataset, bytes), CArchiveException);
+    EXPECT_EQ(dataset.m_aRecordTrialPath.GetSize(), 1);
+    expectUsable(dataset);
+}
+
+TEST_F(BrokenAcquisition, ImpossibleCountsOfFlagsFailWithoutAMessage)
+{
+    for (ByteBuilder Parts::*array :
+         {static_cast<ByteBuilder Parts::*>(&Parts::good), static_cast<ByteBuilder Parts::*>(&Parts::shown),
+          static_cast<ByteBuilder Parts::*>(&Parts::select), &Parts::param4})
+        for (const int count : {-1, INT32_MIN, INT32_MAX, 1 << 24}) {
+            Parts parts;
+            parts.flagCount = count;
+            parts.*array = ByteBuilder().i32(1);
+            EXPECT_THAT(messagesOf(parts, 0), IsEmpty()) << count;
+        }
+}
+
+// ---- inner records that fail
+
+TEST_F(BrokenAcquisition, ARecordThatFailsEndsTheLoadWithItsOwnTextAlone)
+{
+    const ByteBuilder other = ByteBuilder().wide("ANOTHERZK");
+    const CString isOther = ": The record is of another kind or corrupted!";
+    const std::pair<ByteBuilder datasetRecord::Parts::*, const char*> records[] = {
+        {&Parts::head, "HEADLOCALIZATIONZK"},
+        {&Parts::filter, "FILTERDCLTZK"},
+        {&Parts::filter2, "FILTERDCLTZK"},
+        {&Parts::recordInfo, "MEGRECORDINFOBASEZK"},
+        {&Parts::eeg, "FIDUCIALZK"}};
+    for (const std::int32_t number : versions) {
+        for (const auto& [part, tag] : records) {
+            Parts parts;
+            parts.*part = other;
+            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre(CString(tag) + isOther));
+        }
+        for (std::size_t i = 0; i < 8; ++i) {
+            Parts parts;
+            parts.markers[i] = other;
+            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre("MARKERMANAGERZK" + isOther));
+        }
+        Parts cut;
+        cut.cut = ByteBuilder().i32(0).i32(0).append(other);
+        EXPECT_THAT(messagesOf(cut, 0, number), ElementsAre("MARKERMANAGERZK" + isOther));
+    }
+}
+
+TEST_F(BrokenAcquisition, TheInformationOfAnOrdinaryDatasetIsAnotherRecord)
+{
+    Parts parts;
+    parts.recordInfo = datasetRecord::Parts().recordInfo;
+    EXPECT_THAT(messagesOf(parts, 0),
+                ElementsAre(CString("MEGRECORDINFOBASEZK: The record is of another kind or corrupted!")));
+}
+
+// ---- memory
+
+TEST_F(BrokenAcquisition, WithoutMemoryForFlagsTheLoadEndsWithoutAMessage)
+{
+    Parts parts;
+    parts.flagCount = 2;
+    parts.good = parts.shown = parts.select = parts.param4 = flags({1, 2});
+    for (const std::int32_t number : versions)
+        for (int n = 1; n <= 4; ++n) {
+            const ScriptedHost host;
+            CMEGDatazk dataset;
+            const FailingAllocator failing(n);
+            EXPECT_EQ(load(dataset, record(number, parts)), 0) << n;
+            EXPECT_EQ(failing.failures(), 1);
+            host.expectNoMessages();
+        }
+}
+
+TEST_F(BrokenAcquisition, AnyAllocationThatFailsLeavesAUsableDataset)
+{
+    for (const std::int32_t number : versions) {
+        const ScriptedHost host;
+        const std::vector<std::byte> bytes = record(number, smallParts()).bytes();
+        const std::int64_t failures = forEachAllocationFailure([&] {
+            CMEGDatazk dataset;
+            tryLoad(dataset, bytes);
+            const FailingAllocator none(0);
+            expectUsable(dataset);
+        });
+        EXPECT_GT(failures, 5);
+    }
+}
+
+} // namespace
