@@ -27,9 +27,9 @@ struct ConsoleStreams
 };
 
 /// The host of programs without windows. Messages, questions and progress go to the error stream, reports to the
-/// output stream. Questions and file choices are asked when input and error stream are terminals; otherwise a question
-/// gets the set answer, No unless told, and a choice of a file or of flags is cancelled. Wait cursor and repaint have no effect.
-/// Control characters in texts are shown escaped.
+/// output stream. Questions and choices are asked when input and error stream are terminals; otherwise a question
+/// gets the set answer, No unless told, and a choice of a file or of flags is cancelled. Wait cursor and repaint have
+/// no effect. Control characters in texts are shown escaped.
 class CConsoleHost : public CUserHost
 {
 public:

@@ -151,9 +151,8 @@ int CMEGData3Spctm::getTrialSpctmGivenTime2LatencyMsec(std::int64_t iBegin, std:
     CMDTrialzk* trial = getCurrentTrialPt();
     if (trial == nullptr || trial->getSpctmTrial(false, nClass) == nullptr)
         return 0;
-    return latenciesOfRange(iBegin, iEnd, dBegin, dEnd, [&](std::int64_t iTime) {
-        return getLatencyMs4SpctmTimePt(iTime, nClass, nDataType);
-    });
+    return latenciesOfRange(iBegin, iEnd, dBegin, dEnd,
+                            [&](std::int64_t iTime) { return getLatencyMs4SpctmTimePt(iTime, nClass, nDataType); });
 }
 
 int CMEGData3Spctm::getTrialSpctmCCDSelectTime2LatencyMsec(double& dBegin, double& dEnd, CMEGSpctmCCDataFacezk* pFace,

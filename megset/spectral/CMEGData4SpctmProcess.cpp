@@ -136,10 +136,10 @@ private:
 void store(const Contributions& contributions, CSumChnlSpctmDatazk& sums)
 {
     const std::int64_t count = planeCount(sums.m_nTimePt, sums.m_nFreqPt);
-    const numeric::ChannelSumTotals totals = contributions.sum(
-        {planeSpan(sums.m_pSumMin, count), planeSpan(sums.m_pSumMean, count), planeSpan(sums.m_pSumMax, count),
-         planeSpan(sums.m_pSumPositive, count), planeSpan(sums.m_pSumNegative, count),
-         planeSpan(sums.m_pSumRms, count)});
+    const numeric::ChannelSumTotals totals =
+        contributions.sum({planeSpan(sums.m_pSumMin, count), planeSpan(sums.m_pSumMean, count),
+                           planeSpan(sums.m_pSumMax, count), planeSpan(sums.m_pSumPositive, count),
+                           planeSpan(sums.m_pSumNegative, count), planeSpan(sums.m_pSumRms, count)});
     sums.m_nRangeValid = 1;
     sums.m_nChannels = contributions.channels();
     sums.m_dRangeMin = totals.min;
@@ -152,9 +152,8 @@ void store(const Contributions& contributions, CSumChnlSpctmDatazk& sums)
 
 void store(const Contributions& contributions, CSumChnlFreqDatazk& sums)
 {
-    const numeric::ChannelSumTotals totals = contributions.sum({sums.m_aSumMin, sums.m_aSumMean, sums.m_aSumMax,
-                                                                sums.m_aSumPositive, sums.m_aSumNegative,
-                                                                sums.m_aSumRms});
+    const numeric::ChannelSumTotals totals = contributions.sum(
+        {sums.m_aSumMin, sums.m_aSumMean, sums.m_aSumMax, sums.m_aSumPositive, sums.m_aSumNegative, sums.m_aSumRms});
     sums.m_bRangeValid = 1;
     sums.m_nChannels = static_cast<std::int32_t>(contributions.channels());
     sums.m_dMax = totals.max;
@@ -302,8 +301,8 @@ int CMEGData4SpctmProcess::computTrialSpctmAllPro(CMDTrialzk* pTrial, bool bRepo
                 AfxMessageBox(CString::formatted("MEG:%d, EEG:%d, Class:%d data:%d channels:%d,time:%I64d, "
                                                  "Freq:%I64d, Rang(%0.4f~%0.4f,mean:%0.4f)",
                                                  dialog.m_nMEGChannel, dialog.m_nEEGChannel, nClass, nDataType,
-                                                 sums->m_nChannels, sums->m_nTimePt, sums->m_nFreqPt,
-                                                 sums->m_dRangeMin, sums->m_dRangeMax, sums->m_dRangeMean),
+                                                 sums->m_nChannels, sums->m_nTimePt, sums->m_nFreqPt, sums->m_dRangeMin,
+                                                 sums->m_dRangeMax, sums->m_dRangeMean),
                               MB_OK);
         }
     return 0;
@@ -384,9 +383,8 @@ int CMEGData4SpctmProcess::rootStrip(int iTrial, bool bAllTrials, unsigned int i
 
 int CMEGData4SpctmProcess::transformSpctm2log(int iTrial, int a2, bool a3, int a4, int a5)
 {
-    return openAndOperate(false, iTrial, [&](CMDTrialzk& trial) {
-        return trial.transformSpctm2log(a4, a5 != 0, a2, a3 ? 1 : 0);
-    });
+    return openAndOperate(false, iTrial,
+                          [&](CMDTrialzk& trial) { return trial.transformSpctm2log(a4, a5 != 0, a2, a3 ? 1 : 0); });
 }
 
 // ---- peaks

@@ -177,8 +177,8 @@ TEST(ChannelSums, OfOneChannelAreItsValuesAndSquares)
 {
     Sums sums(2);
     sums.totals = sumChannels(spansOf({{-3.0, 4.0}}), sums.spans());
-    EXPECT_EQ(sums.planes, (std::vector<Samples>{
-                               {-3.0, 4.0}, {-3.0, 4.0}, {-3.0, 4.0}, {0.0, 4.0}, {-3.0, 0.0}, {9.0, 16.0}}));
+    EXPECT_EQ(sums.planes,
+              (std::vector<Samples>{{-3.0, 4.0}, {-3.0, 4.0}, {-3.0, 4.0}, {0.0, 4.0}, {-3.0, 0.0}, {9.0, 16.0}}));
     EXPECT_EQ(sums.totals.mean, 0.5);
     EXPECT_EQ(sums.totals.positive, 2.0);
     EXPECT_EQ(sums.totals.negative, -1.5);
@@ -206,8 +206,8 @@ TEST(ChannelSums, OfNoChannelAreZero)
 TEST(ChannelSums, AgreeWithPlainLoopsForAllLengthsAndNumbersOfChannels)
 {
     for (const std::size_t length : lengths) {
-        for (const std::size_t count : {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{9},
-                                        std::size_t{18}}) {
+        for (const std::size_t count :
+             {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{9}, std::size_t{18}}) {
             SCOPED_TRACE(std::to_string(count) + " channels of " + std::to_string(length));
             std::vector<Samples> channels;
             for (std::size_t c = 0; c < count; ++c)

@@ -75,7 +75,7 @@ TEST(SumPlanesByTheUser, ReportEachResult)
         set.spectrum(nClass);
     setPlanes(set.channel(1), 0, 1, 2, {-1.25, 3.0}, 2);
     setPlanes(set.channel(1), 2, 3, 1, {1.0, 2.0, 3.0}, 1);
-    setPlanes(set.channel(2), 2, 3, 1, {4.0, 5.0, 6.00005}, 1);
+    setPlanes(set.channel(2), 2, 3, 1, {4.0, 5.0, 6.0001}, 1);
     EXPECT_EQ(set.data.computTrialSpctmAllPro(&set.trial(), true), 0);
     EXPECT_THAT(host.messages(), ElementsAre(CString("MEG:0, EEG:1, Class:0 data:0 channels:1,time:1, Freq:2, "
                                                      "Rang(-1.2500~3.0000,mean:0.8750)"),
@@ -249,10 +249,10 @@ TEST(RootStrip, OfMinusOneIsOfTheCurrentTrial)
 TEST(RootStrip, OfAllTrialsChangesEach)
 {
     SpectralFiles set(3, 1);
-    const auto strip = [](CMDTrialzk& trial) { trial.rootStrip(0, 1, 2.0, -1, true, 0, 0); };
-    EXPECT_EQ(set.data.rootStrip(99, true, 0, 1, 2.0, 0, 0), 1);
+    const auto strip = [](CMDTrialzk& trial) { trial.rootStrip(0, 1, 2.0, -1, true, 0, 1); };
+    EXPECT_EQ(set.data.rootStrip(99, true, 0, 1, 2.0, 0, 1), 1);
     for (int t = 0; t < 3; ++t)
-        EXPECT_EQ(set.plane(t, 0, 0), expectedPlane(t, 0, 0, strip));
+        EXPECT_EQ(set.plane(t, 0, 1), expectedPlane(t, 0, 1, strip));
 }
 
 TEST(RootStrip, OfAnIndexOutOfRangeIsZero)
