@@ -35,9 +35,10 @@ numeric::PlaneRectangle resolved(const CSpctmTrialzk& spectrum, numeric::PlaneRe
 
 } // namespace
 
-// Where a selection is read from. Without the plane that was asked for, the plane is empty.
+// Where a selection is read from.
 struct CMDTrial4Spctm::PlaneSource
 {
+    bool isThere = false;            ///< the plane that was asked for
     CSpctmChnlzk* channel = nullptr; ///< for source 0
     numeric::ConstPlane plane;
     std::int64_t nTimePt = 0; ///< what the whole plane is
@@ -57,6 +58,7 @@ CMDTrial4Spctm::PlaneSource CMDTrial4Spctm::planeSource(int nPhyVirt, int iChann
         const double* const values = source.channel->getSpctmDataPtr(nDataType, &source.nTimePt, &source.nFreqPt);
         const auto count = static_cast<std::size_t>(planeCount(source.nTimePt, source.nFreqPt));
         source.plane = {{values, count}, source.nFreqPt};
+        source.isThere = true;
         return source;
     }
     CSumChnlSpctmDatazk* const sums = spectrum.getSumChnlSpctmData(nDataType);
@@ -66,7 +68,9 @@ CMDTrial4Spctm::PlaneSource CMDTrial4Spctm::planeSource(int nPhyVirt, int iChann
     // The rows are counted in the frequencies of the class, also where the sums have another shape.
     source.nTimePt = std::max<std::int64_t>(spectrum.m_nTimePt, 0);
     source.nFreqPt = std::max<std::int64_t>(spectrum.m_nFreqPt, 0);
-    source.plane = {planeSpan(*values, planeCount(sums->m_nTimePt, sums->m_nFreqPt)), source.nFreqPt};
+    const auto elements = planeSpan(*values, planeCount(sums->m_nTimePt, sums->m_nFreqPt));
+    source.plane = {elements, source.nFreqPt};
+    source.isThere = !elements.empty();
     return source;
 }
 
@@ -78,7 +82,7 @@ CString CMDTrial4Spctm::getSelectSpctmValue2Txt(int nPhyVirt, int nClass, int nD
     if (!m_ppChannel || spectrum == nullptr)
         return "No data";
     const PlaneSource source = planeSource(nPhyVirt, iChannel, *spectrum, nClass, nDataType);
-    if (source.plane.isEmpty())
+    if (!source.isThere)
         return "None";
     const auto r = clampedForReaders(resolved(*spectrum, {iTimeBegin, iTimeEnd, iFreqBegin, iFreqEnd}),
                                      spectrum->m_nTimePt, spectrum->m_nFreqPt);
@@ -96,7 +100,7 @@ std::int64_t CMDTrial4Spctm::getSelectSpctmValueMMMR(int nPhyVirt, int nClass, i
     if (spectrum == nullptr)
         return 0;
     const PlaneSource source = planeSource(nPhyVirt, iChannel, *spectrum, nClass, nDataType);
-    if (source.plane.isEmpty())
+    if (!source.isThere)
         return 0;
     const auto r = clampedForReaders(resolved(*spectrum, {iTimeBegin, iTimeEnd, iFreqBegin, iFreqEnd}),
                                      spectrum->m_nTimePt, spectrum->m_nFreqPt);
@@ -119,7 +123,7 @@ std::int64_t CMDTrial4Spctm::getSelectSpctmValueXX(int nPhyVirt, int nClass, int
     auto r = clampedForReaders(resolved(*spectrum, {iTimeBegin, iTimeEnd, iFreqBegin, iFreqEnd}), spectrum->m_nTimePt,
                                spectrum->m_nFreqPt);
     // No frequency at all is fine: the whole plane may be meant.
-    if (source.plane.isEmpty() || r.timeEnd < 0 || r.timeBegin > r.timeEnd || r.freqEnd - r.freqBegin + 1 < 0)
+    if (!source.isThere || r.timeEnd < 0 || r.timeBegin > r.timeEnd || r.freqEnd - r.freqBegin + 1 < 0)
         return 0;
     const auto n = static_cast<double>(r.timeEnd - r.timeBegin + 1); // of the selection, in all modes: it is meant so
     if (nMode > 3)

@@ -31,7 +31,7 @@ Values column(const Values& x, std::int64_t columns, std::int64_t f)
 TEST(NumericPlanes, RowsAreCutAtTheEndOfTheValues)
 {
     const Values x = placeValues();
-    const ConstPlane plane(std::span(x).first(8), 3);
+    const ConstPlane plane({x.data(), 8}, 3);
     EXPECT_EQ(plane.rows(), 3);
     EXPECT_EQ(plane.row(1).size(), 3U);
     EXPECT_EQ(plane.row(2).size(), 2U);

@@ -46,8 +46,8 @@ TEST(NumericTransform, MagnitudeAndPhaseAreTheFormulas)
         magnitude(r, to);
         EXPECT_TRUE(sameSamples(to, byIndex(r.size(), [&](auto k) { return std::sqrt(r[k] * r[k]); })));
         magnitude(r, i, to);
-        EXPECT_TRUE(sameSamples(
-            to, byIndex(r.size(), [&](auto k) { return std::sqrt((r[k] * r[k] + i[k] * i[k]) * 0.5); })));
+        EXPECT_TRUE(
+            sameSamples(to, byIndex(r.size(), [&](auto k) { return std::sqrt((r[k] * r[k] + i[k] * i[k]) * 0.5); })));
         phase(r, to);
         EXPECT_TRUE(sameSamples(to, byIndex(r.size(), [&](auto k) { return std::atan(r[k]); })));
         phase(r, i, to);
@@ -95,8 +95,7 @@ TEST(NumericTransform, InPlaceFormsAreTheFormulas)
         const std::size_t n = a.size();
         std::vector<double> x = a;
         replaceOutside(x, -0.5, 100.0, 7.0);
-        EXPECT_TRUE(
-            sameSamples(x, byIndex(n, [&](auto k) { return a[k] < -0.5 || a[k] > 100.0 ? 7.0 : a[k]; })));
+        EXPECT_TRUE(sameSamples(x, byIndex(n, [&](auto k) { return a[k] < -0.5 || a[k] > 100.0 ? 7.0 : a[k]; })));
         x = a;
         replaceNonFinite(x, 0.0);
         EXPECT_TRUE(sameSamples(x, byIndex(n, [&](auto k) { return std::isfinite(a[k]) ? a[k] : 0.0; })));

@@ -294,12 +294,12 @@ TEST_F(SpectrumInPlace, BoundsOfABaselineAreBroughtInside)
         EXPECT_EQ(spectrum.rootStrip(begin, end, 1.0, R), 1);
         return values();
     };
-    EXPECT_THAT(stripped(3, 99), ElementsAre(0.125, 0.25, 0.5, 1.0));           // the end is T
-    EXPECT_THAT(stripped(99, INT64_MAX), ElementsAre(0.125, 0.25, 0.5, 1.0));   // a begin past the end: the time before
-    EXPECT_THAT(stripped(3, 2), ElementsAre(0.5, 1.0, 2.0, 4.0));               // the same inside
-    EXPECT_THAT(stripped(0, 0), ElementsAre(1.0, 2.0, 4.0, 8.0));               // an end of at least 1
+    EXPECT_THAT(stripped(3, 99), ElementsAre(0.125, 0.25, 0.5, 1.0));         // the end is T
+    EXPECT_THAT(stripped(99, INT64_MAX), ElementsAre(0.125, 0.25, 0.5, 1.0)); // a begin past the end: the time before
+    EXPECT_THAT(stripped(3, 2), ElementsAre(0.5, 1.0, 2.0, 4.0));             // the same inside
+    EXPECT_THAT(stripped(0, 0), ElementsAre(1.0, 2.0, 4.0, 8.0));             // an end of at least 1
     EXPECT_THAT(stripped(7, INT64_MIN), ElementsAre(1.0, 2.0, 4.0, 8.0));
-    EXPECT_THAT(stripped(INT64_MIN, 1), ElementsAre(1.0, 2.0, 4.0, 8.0));       // a negative begin is 0
+    EXPECT_THAT(stripped(INT64_MIN, 1), ElementsAre(1.0, 2.0, 4.0, 8.0)); // a negative begin is 0
     EXPECT_THAT(stripped(-5, 2), ElementsAre(1 / 1.5, 2 / 1.5, 4 / 1.5, 8 / 1.5));
 }
 

@@ -22,20 +22,16 @@ namespace megset {
 
 using Values = std::vector<double>;
 
-enum DataType
-{
-    R,
-    I,
-    M,
-    A
-};
+// Data types
+constexpr int R = 0;
+constexpr int I = 1;
+constexpr int M = 2;
+constexpr int A = 3;
 
-enum SpectralClass
-{
-    active,
-    control,
-    result
-};
+// Classes
+constexpr int active = 0;
+constexpr int control = 1;
+constexpr int result = 2;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 inline const double notANumber = std::nan("");
