@@ -32,10 +32,9 @@ int cut(CMDChannelzk& channel, const std::vector<SampleSpan>& kept, std::int64_t
             break;
         to = std::copy(former + range.begin, former + std::min(range.end, formerCount), to);
     }
-    channel._cleanTimeDataC(false);
+    channel._cleanTimeDataC(false); // the first sample becomes current
     channel.m_pDataWave = std::move(samples);
     channel.m_nTotalSample = count;
-    channel.m_nCurrentSample = std::clamp<std::int64_t>(channel.m_nCurrentSample, 0, count - 1);
     return 1;
 }
 

@@ -267,7 +267,7 @@ TEST(SegmentCut, ShortensTheWorkingSamplesAndLeavesAZeroAtTheEnd)
     addMarker(data.m_mkTrig, {10, 15});
     EXPECT_EQ(segmentCut(data, 0), 1);
     EXPECT_THAT(filed.waveOf(0, 0), ElementsAre(0, 1, 5, 6, 7, 13, 14, 15, 16, 17, 18, 19, 0));
-    EXPECT_EQ(data.getTrialzk(0)->getChannel(0)->m_nCurrentSample, 12) << "pulled inside";
+    EXPECT_EQ(data.getTrialzk(0)->getChannel(0)->m_nCurrentSample, 0);
     EXPECT_EQ(backup(*data.getTrialzk(0)->getChannel(0)), channelValues(0, 0, 20));
     EXPECT_EQ(data.m_recordInfo.m_nRecTotalSample, 13);
     EXPECT_EQ(data.m_recordInfo.m_nRecPreTrigPts, 6) << "0, 1, 5, 6, 7 and one more";
