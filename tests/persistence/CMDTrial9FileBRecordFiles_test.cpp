@@ -102,8 +102,9 @@ TEST_F(AcquiredTrialOnDisk, IsReadWhereTheUserPoints)
     host.willChooseFile(other);
     ASSERT_EQ(open("X:\\gone\\a.trla"), 1);
     EXPECT_EQ(read.m_strTrialFilePath, other);
-    EXPECT_THAT(host.calls(), ElementsAre("question: Find trial filea.trla ? -> yes",
-                                          "open file [Acq trial files (*.trla)] -> " + other.toUtf8()));
+    EXPECT_THAT(host.calls(),
+                ElementsAre("question: Find trial filea.trla ? -> yes",
+                            "open file [Acq trial files (*.trla)|*.trla|All Files (*.*)|*.*||] -> " + other.toUtf8()));
 }
 
 TEST_F(AcquiredTrialOnDisk, GivesZeroSilentlyWhenTheChoiceIsCancelledOrCannotBeOpened)
@@ -220,7 +221,8 @@ TEST_F(SavingAnAcquiredTrial, AtAPlaceThatTheUserChoosesGivesTwoWithPathAndFolde
     EXPECT_TRUE(sameBytes(folder.read("there\\b.trla"), savedAs(other)));
     const FileRequest request = host.fileRequests().back();
     EXPECT_EQ(request.fileName, CString("a"));
-    EXPECT_EQ(host.calls().back(), "save file [Trial acquired files (*.trla)] -> " + other.toUtf8());
+    EXPECT_EQ(host.calls().back(),
+              "save file [Trial acquired files (*.trla)|*.trla|All Files (*.*)|*.*||] -> " + other.toUtf8());
 }
 
 TEST_F(SavingAnAcquiredTrial, GivesZeroWhenTheChoiceIsCancelledOrCannotBeOpenedEither)

@@ -48,9 +48,10 @@ TEST_F(ElectrodeFile, IsWrittenFieldByField)
 
 TEST_F(ElectrodeFile, HasNoEntryForChannelsThatAreNotEegOrHaveNoElectrode)
 {
-    makeElectrode(channel(0), 101, 1); // an electrode on a MEG channel
-    channel(1).m_nChannelType = 302;   // no electrode
-    channel(2)._initGeomHw(4);         // another geometry
+    makeElectrode(channel(0), 302, 1);
+    channel(0).m_nChannelType = 101; // an electrode on a MEG channel
+    channel(1).m_nChannelType = 302; // no electrode
+    channel(2)._initGeomHw(4);       // another geometry
     channel(2).m_nChannelType = 302;
     data.getCurrentTrialPt()->m_ppChannel.set(3, nullptr); // no channel at all
     EXPECT_TRUE(
@@ -226,9 +227,10 @@ TEST_F(ElectrodeFile, IsWrittenAndReadWhereTheUserChooses)
     host.willChooseFile(path("my.epos"));
     ASSERT_EQ(data.openElectrodeInfo(false), 1);
     EXPECT_THAT(labels(), ElementsAre("E1", "", "", ""));
-    EXPECT_THAT(
-        host.calls(),
-        ElementsAre("wait begin", "open file [Electrode File(*.epos)] -> " + path("my.epos").toUtf8(), "wait end"));
+    EXPECT_THAT(host.calls(), ElementsAre("wait begin",
+                                          "open file [Electrode File(*.epos)|*.epos|All Files(*.*)|*.*||] -> " +
+                                              path("my.epos").toUtf8(),
+                                          "wait end"));
     EXPECT_TRUE(host.fileRequests()[0].fileMustExist);
     EXPECT_TRUE(host.fileRequests()[0].pathMustExist);
     EXPECT_EQ(host.fileRequests()[0].filter, CString("Electrode File(*.epos)|*.epos|All Files(*.*)|*.*||"));

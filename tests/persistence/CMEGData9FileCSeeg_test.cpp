@@ -163,7 +163,9 @@ TEST_F(SeegFile, IsWrittenAndReadWhereTheUserChooses)
     ASSERT_EQ(data.openSeegInfo(0), 1);
     EXPECT_THAT(namesOf(trial()), ElementsAre("probe1"));
     EXPECT_THAT(host.calls(),
-                ElementsAre("wait begin", "open file [SEEG File(*.seeg)] -> " + path("my.seeg").toUtf8(), "wait end"));
+                ElementsAre("wait begin",
+                            "open file [SEEG File(*.seeg)|*.seeg|All Files(*.*)|*.*||] -> " + path("my.seeg").toUtf8(),
+                            "wait end"));
     EXPECT_EQ(host.fileRequests()[0].filter, CString("SEEG File(*.seeg)|*.seeg|All Files(*.*)|*.*||"));
     EXPECT_TRUE(host.fileRequests()[0].fileMustExist);
 }

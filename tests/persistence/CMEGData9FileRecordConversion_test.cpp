@@ -437,7 +437,9 @@ TEST_F(Acquisition, IsReadForNoDocumentIntoTheFolderThatTheDatasetHas)
     EXPECT_EQ(dataset.getDocument(), nullptr);
     EXPECT_NE(dataset.getMDTrial(0), nullptr);
     EXPECT_THAT(host.calls(),
-                ElementsAre("wait begin", "open file [MEG Acquired (*.mega)] -> " + path.toUtf8(), "wait end"));
+                ElementsAre("wait begin",
+                            "open file [MEG Acquired (*.mega)|*.mega|All Files(*.*)|*.*||] -> " + path.toUtf8(),
+                            "wait end"));
     EXPECT_TRUE(host.fileRequests()[0].fileMustExist);
     EXPECT_TRUE(host.fileRequests()[0].pathMustExist);
     EXPECT_EQ(host.fileRequests()[0].filter, CString("MEG Acquired (*.mega)|*.mega|All Files(*.*)|*.*||"));

@@ -42,7 +42,9 @@ TEST_F(RecordedTrials, WithoutAPathAreOpenedAsOrdinaryOnes)
     EXPECT_EQ(data.openTrialRecord(-1, ""), 1);
     EXPECT_EQ(data.openTrialRecord(1, "s.mega"), 1); // it is there
     EXPECT_EQ(data.getCurrentTrialPt(), current);
-    EXPECT_EQ(data.getTrialRecord(2), data.getMDTrial(2));
+    const CMDTrialzk* const third = data.getTrialRecord(2);
+    ASSERT_NE(third, nullptr);
+    EXPECT_EQ(third, data.getMDTrial(2));
     EXPECT_EQ(data.getMDTrial(1), nullptr);
     EXPECT_THAT(host.calls(), IsEmpty());
 }

@@ -83,6 +83,7 @@ TEST_P(AcquiredDatasetOfVersion, ATagInTheNarrowFormIsTheSame)
 TEST_P(AcquiredDatasetOfVersion, AnotherTagIsRefusedWithNothingChanged)
 {
     fill(dataset, 1);
+    ASSERT_EQ(load(dataset, record(GetParam(), filled(1))), 1);
     const std::vector<std::byte> before = stored(dataset);
     for (const char* tag : {"MeAcqDatasetZk", "MEGDATASETZK", "MEACQDATASETZ", "MEACQDATASETZKX", ""}) {
         const ScriptedHost told;
