@@ -64,7 +64,8 @@ public:
     /// probe; the fields stay as they are then.
     int load();
     /// "Apply": the fields go to the probe, what it points to is computed, and name and channel of the contact go to
-    /// the probe's current contact, a negative channel left out. Then the probe manager is refreshed.
+    /// the probe's current contact, a negative channel left out; one that had no channel so gets the one that the field
+    /// shows. Then the probe manager is refreshed.
     int apply();
     /// "OK": that, and the dialog closes.
     int ok();

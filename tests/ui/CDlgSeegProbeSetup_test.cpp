@@ -263,7 +263,8 @@ TEST_F(SeegProbeDialog, WithoutMemoryIsNotShown)
 {
     const std::int64_t failures = forEachAllocationFailure([this] {
         data.m_pDlgSeegProbe.reset();
-        EXPECT_EQ(data.showDlgSeegProbeSetup(nullptr, -1), data.m_pDlgSeegProbe != nullptr ? 1 : 0);
+        const int shown = data.showDlgSeegProbeSetup(nullptr, -1);
+        EXPECT_EQ(shown, data.m_pDlgSeegProbe != nullptr ? 1 : 0);
     });
     EXPECT_EQ(failures, 1);
 }

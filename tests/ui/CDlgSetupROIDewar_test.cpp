@@ -179,7 +179,8 @@ TEST_F(RoiDialog, WithoutMemoryIsNotShown)
     ASSERT_EQ(data.initMEGData(1, 1, 1), 1);
     const std::int64_t failures = forEachAllocationFailure([this] {
         data.m_pDlgRoiDewar.reset();
-        EXPECT_EQ(data.showDlgSetupROIDewar(&parent), data.m_pDlgRoiDewar != nullptr ? 1 : 0);
+        const int shown = data.showDlgSetupROIDewar(&parent);
+        EXPECT_EQ(shown, data.m_pDlgRoiDewar != nullptr ? 1 : 0);
     });
     EXPECT_EQ(failures, 1);
 }
