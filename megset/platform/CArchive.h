@@ -11,7 +11,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <memory>
 #include <string_view>
 #include <type_traits>
@@ -209,26 +208,11 @@ private:
     template <class Array>
     void exchangeElements(Array& fields)
     {
-        if constexpr (ArchiveScalar<std::remove_reference_t<decltype(*std::begin(fields))>>)
-            if (m_pTracer == nullptr && exchangeInBuffer(std::data(fields), sizeof(fields)))
-                return;
         const Restored outer(m_element, 0);
         for (auto& field : fields) {
             exchangeOne(field);
             ++m_element;
         }
-    }
-    // Copies what lies in the buffer or fits in it as a whole; false where it doesn't, with nothing done.
-    bool exchangeInBuffer(void* data, std::size_t bytes)
-    {
-        if (m_at + bytes > (IsStoring() ? m_storeLimit : m_loadLimit))
-            return false;
-        if (IsStoring())
-            std::memcpy(m_pBuffer + m_at, data, bytes);
-        else
-            std::memcpy(data, m_pBuffer + m_at, bytes);
-        m_at += bytes;
-        return true;
     }
     template <class T>
     void exchangeNext(T& field)
