@@ -52,11 +52,12 @@ int exchangeProbes(CMEGDatazk& data, CArchive& ar)
     return data.serializeSeegInfo(ar, all);
 }
 
-// Whatever came of the load, the trial has something to store. A trial that is new and gets it stores what the file
-// gives: entries that are none leave its own channels alone, of which the ones of the first trial may be others now.
+// Whatever came of the load, the trial has something to store, which it gets once more: entries that are none leave its
+// channels alone.
 template <class Information>
 void runInformation(std::span<const std::byte> input)
 {
+    limitMemory(input.size());
     Information first;
     load(first, input);
     const std::vector<std::byte> bytes = stored(first);
