@@ -53,6 +53,9 @@ void addMontage(CLI::App& program);
 /// `channels DATASET`: good, shown and selected channels.
 void addChannels(CLI::App& program);
 
+/// `head DATASET --frame FRAME`: the frame that sensors work in.
+void addHead(CLI::App& program);
+
 /// `restore DATASET`: back to the samples as recorded.
 void addRestore(CLI::App& program);
 

@@ -29,6 +29,7 @@ void addCommands(CLI::App& program)
     megset::cli::addResample(program);
     megset::cli::addMontage(program);
     megset::cli::addChannels(program);
+    megset::cli::addHead(program);
     megset::cli::addRestore(program);
     megset::cli::addLayout(program);
     megset::cli::addManual(program);

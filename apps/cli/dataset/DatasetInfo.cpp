@@ -1,6 +1,7 @@
 #include "apps/cli/dataset/DatasetInfo.h"
 
 #include "apps/cli/dataset/TrialSummary.h"
+#include "apps/cli/dataset/workFrame.h"
 #include "apps/cli/process/montage.h"
 #include "megset/platform/paths.h"
 
@@ -112,6 +113,7 @@ DatasetInfo collectInfo(OpenDataset& open)
     info.currentTrial = dataset.getCurrentTrialIndx();
     info.bytes = std::filesystem::file_size(open.path);
     addRecording(dataset, info);
+    info.frame = frameName(dataset.getHeadLocationDataset()->m_nWorkCoordinate);
     dataset.getFilterRange(info.filterLow, info.filterHigh);
     for (int i = 0; i < dataset.m_aTrialFilePath.GetSize(); ++i)
         info.trials.push_back(describeTrial(open, i));

@@ -77,6 +77,7 @@ void writeJson(const DatasetInfo& info, std::ostream& out)
         {"recorded",
          {{"rate_hz", info.rawRate}, {"samples", info.rawSamples}, {"pre_trigger_samples", info.rawPreTrigger}}},
         {"averages", info.averages},
+        {"frame", info.frame},
         {"filter_hz", {info.filterLow, info.filterHigh}},
         {"trials", listOf(info.trials)},
         {"channels", listOf(info.channels)},

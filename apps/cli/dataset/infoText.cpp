@@ -79,6 +79,7 @@ void writeSession(const DatasetInfo& info, std::ostream& out)
                  std::to_string(info.rawSamples) + " samples");
     if (info.averages > 0)
         line(out, "averages", std::to_string(info.averages));
+    line(out, "frame", info.frame);
     line(out, "filter range", number(info.filterLow) + " to " + number(info.filterHigh) + " Hz");
     for (const std::string& done : info.processing)
         line(out, "processing", shown(done));
