@@ -66,7 +66,7 @@ private:
 const std::vector<std::string> everythingForTheSuite{
     "g++",          "cmake",        "ninja-build",  "ccache",           "pkg-config",
     "git",          "libgtest-dev", "libgmock-dev", "libbenchmark-dev", "nlohmann-json3-dev",
-    "libcli11-dev", "locales"};
+    "libcli11-dev", "libfftw3-dev", "locales"};
 
 TEST_F(Setup, DoesNothingWhenNothingIsMissing)
 {

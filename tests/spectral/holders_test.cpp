@@ -280,7 +280,7 @@ TEST(AddVolumeSourceCoherencImag, GivesZeroWithItsMessageWhenNoFaceCanBeHad)
 
 // ---- the package of virtual waves
 
-TEST(VirtualWaves, AreReachedThroughThePackage)
+TEST(VirtualWavePackage, AreReachedThroughThePackage)
 {
     CMDTrialzk trial;
     EXPECT_EQ(trial.getTotalFaceVirtSnsWave(), 0);
@@ -294,7 +294,7 @@ TEST(VirtualWaves, AreReachedThroughThePackage)
     EXPECT_EQ(trial.cleanFaceVirtWave(), 1);
 }
 
-TEST(VirtualWaves, PackageIndexAboveTheTotalBecomesTheLastAndANegativeOneTheFirst)
+TEST(VirtualWavePackage, PackageIndexAboveTheTotalBecomesTheLastAndANegativeOneTheFirst)
 {
     CMDTrialzk trial;
     for (int i = 0; i < 3; ++i)
@@ -310,7 +310,7 @@ TEST(VirtualWaves, PackageIndexAboveTheTotalBecomesTheLastAndANegativeOneTheFirs
     EXPECT_EQ(corrected(-1), 0);
 }
 
-TEST(VirtualWaves, PackageIndexEqualToTheTotalStays)
+TEST(VirtualWavePackage, PackageIndexEqualToTheTotalStays)
 {
     CMDTrialzk trial;
     for (int i = 0; i < 3; ++i)
@@ -320,7 +320,7 @@ TEST(VirtualWaves, PackageIndexEqualToTheTotalStays)
     EXPECT_EQ(index, 3);
 }
 
-TEST(VirtualWaves, PackageIndexOfAnEmptyPackageIsMinusOne)
+TEST(VirtualWavePackage, PackageIndexOfAnEmptyPackageIsMinusOne)
 {
     const CMDTrialzk trial;
     int index = 2;

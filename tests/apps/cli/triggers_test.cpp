@@ -27,7 +27,7 @@ struct Pulse
     double code;
 };
 
-class Triggers : public testing::Test
+class TriggerCommand : public testing::Test
 {
 protected:
     void put(const std::vector<Pulse>& pulses)
@@ -52,7 +52,7 @@ protected:
     SampleDataset sample;
 };
 
-TEST_F(Triggers, PulsesAreFoundAtTheirFirstSampleInTheirTrial)
+TEST_F(TriggerCommand, PulsesAreFoundAtTheirFirstSampleInTheirTrial)
 {
     put({{0, 7, 3, 5}, {1, 2, 1, 9}, {1, 12, 2, 9}, {2, 4, 4, 5}});
     const json found = scan();
@@ -70,7 +70,7 @@ TEST_F(Triggers, PulsesAreFoundAtTheirFirstSampleInTheirTrial)
     EXPECT_EQ(found[3].at("trial"), 2);
 }
 
-TEST_F(Triggers, MarkersAreKeptInTheDatasetAndReplacedByTheNextScan)
+TEST_F(TriggerCommand, MarkersAreKeptInTheDatasetAndReplacedByTheNextScan)
 {
     put({{0, 7, 3, 5}, {1, 2, 1, 9}, {2, 4, 4, 5}});
     const auto marks = [&] { return json::parse(runMegset({"info", sample.path(), "--json"}).output).at("marks"); };
@@ -85,7 +85,7 @@ TEST_F(Triggers, MarkersAreKeptInTheDatasetAndReplacedByTheNextScan)
     EXPECT_EQ(runMegset({"check", sample.path()}).exitCode, 0);
 }
 
-TEST_F(Triggers, TriggerChannelsStayAsTheyAre)
+TEST_F(TriggerCommand, TriggerChannelsStayAsTheyAre)
 {
     put({{1, 2, 1, 9}});
     for (const char* mode : {"pro", "absdc", "absdcm", "plain"})
@@ -97,7 +97,7 @@ TEST_F(Triggers, TriggerChannelsStayAsTheyAre)
         EXPECT_EQ(trial->getChannel(4)->getDataWave()[i], i == 2 ? 9.0 : 0.0);
 }
 
-TEST_F(Triggers, TextTableAndSummaryAreWritten)
+TEST_F(TriggerCommand, TextTableAndSummaryAreWritten)
 {
     put({{0, 7, 3, 5}, {1, 2, 1, 9}});
     const std::string tsv = sample.folder().native("events.tsv").string();
@@ -111,20 +111,20 @@ TEST_F(Triggers, TextTableAndSummaryAreWritten)
                            "0.11\t0.005\tS9\t9\t22\n");
 }
 
-TEST_F(Triggers, ThresholdLeavesSmallPulsesOut)
+TEST_F(TriggerCommand, ThresholdLeavesSmallPulsesOut)
 {
     put({{0, 7, 3, 5}, {1, 2, 1, 9}});
     EXPECT_THAT(scan({"--threshold", "6"}), SizeIs(1));
     EXPECT_THAT(scan({"--threshold", "100"}), SizeIs(0));
 }
 
-TEST_F(Triggers, RestingLineHasNone)
+TEST_F(TriggerCommand, RestingLineHasNone)
 {
     put({});
     EXPECT_THAT(scan(), SizeIs(0));
 }
 
-TEST_F(Triggers, DatasetWithoutTriggerChannelIsTold)
+TEST_F(TriggerCommand, DatasetWithoutTriggerChannelIsTold)
 {
     for (int t = 0; t < 3; ++t)
         sample.dataset().getTrialzk(t)->getChannel(4)->setChannelType(700);
