@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <memory>
 #include <random>
 #include <string>
 #include <vector>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>

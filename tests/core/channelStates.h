@@ -26,7 +26,7 @@ enum class State
 };
 
 inline constexpr std::array allStates = {State::empty,       State::ready,        State::rawOnly,
-                                  State::workingOnly, State::longerBackup, State::shorterBackup};
+                                         State::workingOnly, State::longerBackup, State::shorterBackup};
 
 inline std::ostream& operator<<(std::ostream& stream, State state)
 {
@@ -112,10 +112,10 @@ inline Contents readyWith(const std::vector<double>& samples)
 
 /// Counts for which no array can be had.
 inline constexpr std::array impossibleCounts = {std::int64_t{1} << 60, std::int64_t{1} << 61, std::int64_t{1} << 62,
-                                         std::numeric_limits<std::int64_t>::max()};
+                                                std::numeric_limits<std::int64_t>::max()};
 
 /// Counts and indices below zero.
 inline constexpr std::array negatives = {std::int64_t{-1}, std::int64_t{-2}, -(std::int64_t{1} << 61),
-                                  std::numeric_limits<std::int64_t>::min()};
+                                         std::numeric_limits<std::int64_t>::min()};
 
 } // namespace megset::channelStates

@@ -63,7 +63,7 @@ struct DatasetInfo
     std::int64_t rawPreTrigger = 0;
     std::int64_t resamplingFactor = 1;
     int averages = 0;
-    std::string frame;       ///< that the MEG sensors work in
+    std::string frame;      ///< that the MEG sensors work in
     double filterLow = 0.0; ///< Hz, pass band of the samples
     double filterHigh = 0.0;
     std::uint64_t bytes = 0; ///< of the dataset's own file
