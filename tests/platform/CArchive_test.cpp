@@ -586,7 +586,7 @@ TEST(CArchiveBuffer, StaysNarrowWhereLargeBlocksStandBetweenTheFields)
 
 TEST(CArchiveBuffer, ArraysOfNumbersCrossItsEnds)
 {
-    for (const std::size_t front : {0, 1, 4000, 4064, 4065, 4095}) {
+    for (const std::size_t front : {0U, 1U, 4000U, 4064U, 4065U, 4095U}) {
         SCOPED_TRACE(front);
         const auto bytes = bytePattern(static_cast<unsigned>(front));
         std::array<double, 4> numbers = {1.5, -2.0, 0.1, 1e300};

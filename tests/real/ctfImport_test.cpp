@@ -44,11 +44,11 @@ protected:
             return 1e15;
         return channel.isEEGChannel() ? 1e6 : 1.0;
     }
-    static double rootMeanSquare(const double* samples, std::size_t count)
+    static double rootMeanSquare(const double* values, std::size_t count)
     {
         double sum = 0.0;
         for (std::size_t i = 0; i < count; ++i)
-            sum += samples[i] * samples[i];
+            sum += values[i] * values[i];
         return std::sqrt(sum / static_cast<double>(count));
     }
 
