@@ -328,7 +328,7 @@ CString CMEGData6Classify::getTrialTrigInfoStd()
         return "No Trial";
     std::int64_t total = 0;
     std::int64_t most = 0;
-    const CString text = m_mkTrig.getAllTrigInfoStd(m_nTotalTrial, total, most);
+    CString text = m_mkTrig.getAllTrigInfoStd(m_nTotalTrial, total, most);
     CString head = "TrlID  ";
     const CString columns = "TrigName  Time2SyncTrig(ms) Point2SyncTrig Repetition ";
     for (std::int64_t i = 0; i < most; ++i)

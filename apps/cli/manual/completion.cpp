@@ -24,7 +24,7 @@ std::string commandNames(const std::vector<CommandEntry>& commands)
     return names;
 }
 
-// A text between the single quotes of a zsh specification, in which brackets and colons have a meaning.
+// A text between the single quotes of an argument of _arguments, in which brackets and colons have a meaning.
 std::string zshText(const std::string& text)
 {
     std::string result;
