@@ -10,7 +10,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct ChannelsArguments
 {
     ChangeArguments change;
     std::vector<std::string> good;
@@ -47,7 +47,7 @@ private:
     const CMDTrialzk* m_trial = nullptr;
 };
 
-int switchChannels(CMEGDatazk& dataset, const Arguments& arguments)
+int switchChannels(CMEGDatazk& dataset, const ChannelsArguments& arguments)
 {
     Switches switches(dataset);
     int count = 0;
@@ -66,7 +66,7 @@ int switchChannels(CMEGDatazk& dataset, const Arguments& arguments)
 
 void addChannels(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<ChannelsArguments>();
     CLI::App* const command = program.add_subcommand("channels", "Switch channels in all trials");
     addChangeOptions(*command, arguments->change);
     CLI::Option_group* const switches = command->add_option_group("switches");

@@ -9,13 +9,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct CheckArguments
 {
     std::string dataset;
     bool json = false;
 };
 
-void check(const Arguments& arguments)
+void check(const CheckArguments& arguments)
 {
     const CheckReport report = checkDataset(arguments.dataset);
     if (arguments.json)
@@ -30,7 +30,7 @@ void check(const Arguments& arguments)
 
 void addCheck(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<CheckArguments>();
     CLI::App* const command =
         program.add_subcommand("check", "Read a dataset and every trial, and list what is wrong; nothing is changed");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();

@@ -9,7 +9,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct ExportArguments
 {
     std::string dataset;
     std::string npy;
@@ -17,7 +17,7 @@ struct Arguments
     ExportOptions options;
 };
 
-void exportDataset(const Arguments& arguments)
+void exportDataset(const ExportArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.dataset, notes);
@@ -32,7 +32,7 @@ void exportDataset(const Arguments& arguments)
 
 void addExport(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<ExportArguments>();
     CLI::App* const command = program.add_subcommand("export", "Write samples for other tools");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();
     CLI::Option_group* const target = command->add_option_group("target");

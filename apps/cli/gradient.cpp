@@ -8,13 +8,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct GradientArguments
 {
     ChangeArguments change;
     GradientRequest request;
 };
 
-void reduceAndTell(const Arguments& arguments)
+void reduceAndTell(const GradientArguments& arguments)
 {
     const GradientResult result = reduceNoise(arguments.change, arguments.request);
     std::cout << "order " << arguments.request.order << ": " << result.reduced << " channels";
@@ -27,7 +27,7 @@ void reduceAndTell(const Arguments& arguments)
 
 void addGradient(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<GradientArguments>();
     CLI::App* const command =
         program.add_subcommand("gradient", "Reduce distant noise by the reference channels, in all trials");
     addChangeOptions(*command, arguments->change);

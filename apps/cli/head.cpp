@@ -9,13 +9,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct HeadArguments
 {
     ChangeArguments change;
     std::string frame;
 };
 
-void moveAndTell(const Arguments& arguments)
+void moveAndTell(const HeadArguments& arguments)
 {
     const FrameResult result = moveToFrame(arguments.change, arguments.frame);
     std::cout << "frame " << arguments.frame << ": " << result.moved << " sensors";
@@ -28,7 +28,7 @@ void moveAndTell(const Arguments& arguments)
 
 void addHead(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<HeadArguments>();
     CLI::App* const command = program.add_subcommand("head", "Choose the frame that sensors work in, in all trials");
     addChangeOptions(*command, arguments->change);
     command->add_option("--frame", arguments->frame, "dewar, dewar-measured or head")

@@ -8,13 +8,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct InfoArguments
 {
     std::string dataset;
     bool json = false;
 };
 
-void showInfo(const Arguments& arguments)
+void showInfo(const InfoArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.dataset, notes);
@@ -31,7 +31,7 @@ void showInfo(const Arguments& arguments)
 
 void addInfo(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<InfoArguments>();
     CLI::App* const command =
         program.add_subcommand("info", "Tell a dataset's session, trials, channels, rate, marks and sizes");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();

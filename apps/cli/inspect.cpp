@@ -10,13 +10,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct InspectArguments
 {
     std::string file;
     InspectOptions options;
 };
 
-void inspect(const Arguments& arguments)
+void inspect(const InspectArguments& arguments)
 {
     const TreeReport report = inspectFile(arguments.file, arguments.options, std::cout);
     std::cout.flush();
@@ -28,7 +28,7 @@ void inspect(const Arguments& arguments)
 
 void addInspect(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<InspectArguments>();
     CLI::App* const command = program.add_subcommand(
         "inspect",
         "Show the records and fields of a file with their offsets, and where a broken file ends making sense");

@@ -13,13 +13,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct LayoutArguments
 {
     std::string dataset;
     std::string svg;
 };
 
-void drawLayout(const Arguments& arguments)
+void drawLayout(const LayoutArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.dataset, notes);
@@ -46,7 +46,7 @@ void drawLayout(const Arguments& arguments)
 
 void addLayout(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<LayoutArguments>();
     CLI::App* const command = program.add_subcommand("layout", "Draw the sensors on the plane with their names");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();
     command->add_option("--svg", arguments->svg, "Picture to write")->required();

@@ -9,14 +9,14 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct MeasureArguments
 {
     std::string dataset;
     MeasureOptions options;
     bool json = false;
 };
 
-void measure(const Arguments& arguments)
+void measure(const MeasureArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.dataset, notes);
@@ -31,7 +31,7 @@ void measure(const Arguments& arguments)
 
 void addMeasure(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<MeasureArguments>();
     CLI::App* const command =
         program.add_subcommand("measure", "Tell minimum, mean, maximum, rms and deviation of channels");
     command->add_option("DATASET", arguments->dataset, "A dataset file (.meg)")->required();

@@ -13,7 +13,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct MontageArguments
 {
     ChangeArguments change;
     CommonReference reference;
@@ -34,7 +34,7 @@ std::vector<MontageLine> readMontageFile(const std::string& path)
     }
 }
 
-void showMontage(const Arguments& arguments)
+void showMontage(const MontageArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -45,7 +45,7 @@ void showMontage(const Arguments& arguments)
         std::cout << line << '\n';
 }
 
-void applyMontage(const Arguments& arguments)
+void applyMontage(const MontageArguments& arguments)
 {
     if (arguments.show)
         return showMontage(arguments);
@@ -64,7 +64,7 @@ void applyMontage(const Arguments& arguments)
 
 void addMontage(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<MontageArguments>();
     CLI::App* const command = program.add_subcommand("montage", "Refer channels to others, or show what was done");
     addChangeOptions(*command, arguments->change);
     CLI::Option_group* const kinds = command->add_option_group("montage");

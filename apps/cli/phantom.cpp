@@ -9,13 +9,13 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct PhantomArguments
 {
     std::string folder;
     phantom::PhantomOptions options;
 };
 
-void writePhantom(const Arguments& arguments)
+void writePhantom(const PhantomArguments& arguments)
 {
     try {
         const phantom::PhantomReport report = phantom::writePhantom(arguments.folder, arguments.options);
@@ -32,7 +32,7 @@ void writePhantom(const Arguments& arguments)
 
 void addPhantom(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<PhantomArguments>();
     phantom::PhantomOptions& options = arguments->options;
     CLI::App* const command = program.add_subcommand(
         "phantom",

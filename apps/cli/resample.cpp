@@ -9,14 +9,14 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct ResampleArguments
 {
     ChangeArguments change;
     ResampleRequest request;
     std::string made; ///< --new
 };
 
-void resample(const Arguments& arguments)
+void resample(const ResampleArguments& arguments)
 {
     double rate = 0.0;
     if (!arguments.made.empty())
@@ -33,7 +33,7 @@ void resample(const Arguments& arguments)
 
 void addResample(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<ResampleArguments>();
     CLI::App* const command = program.add_subcommand("resample", "Lower the sampling rate by a whole factor");
     addChangeOptions(*command, arguments->change);
     command->add_option("--factor", arguments->request.factor, "Keep one sample of so many; 1 undoes it")->required();

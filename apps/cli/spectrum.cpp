@@ -17,7 +17,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct SpectrumArguments
 {
     ChangeArguments change;
     std::string freqs;
@@ -33,7 +33,7 @@ struct Arguments
     SpectrumChange edit;
 };
 
-void compute(const Arguments& arguments)
+void compute(const SpectrumArguments& arguments)
 {
     SpectrumRequest request = arguments.request;
     request.axis =
@@ -70,7 +70,7 @@ void writePicture(const SpectrumMap& map, const std::string& path)
     created.keep();
 }
 
-void show(const Arguments& arguments)
+void show(const SpectrumArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -89,7 +89,7 @@ void show(const Arguments& arguments)
         writeText(map, std::cout);
 }
 
-void edit(const Arguments& arguments)
+void edit(const SpectrumArguments& arguments)
 {
     SpectrumChange change = arguments.edit;
     change.classIndex = spectrumClass(arguments.className);
@@ -100,7 +100,7 @@ void edit(const Arguments& arguments)
     std::cout << "spectra changed\n";
 }
 
-void run(const Arguments& arguments)
+void run(const SpectrumArguments& arguments)
 {
     if (arguments.show)
         show(arguments);
@@ -110,7 +110,7 @@ void run(const Arguments& arguments)
         compute(arguments);
 }
 
-void addComputing(CLI::App& command, CLI::Option_group& what, Arguments& arguments)
+void addComputing(CLI::App& command, CLI::Option_group& what, SpectrumArguments& arguments)
 {
     SpectrumRequest& request = arguments.request;
     what.add_option("--freqs", arguments.freqs, "Compute at A:B:STEP Hz");
@@ -127,7 +127,7 @@ void addComputing(CLI::App& command, CLI::Option_group& what, Arguments& argumen
     command.add_flag("--accumulate", request.accumulate, "Add to the spectra that are there");
 }
 
-void addShowing(CLI::App& command, CLI::Option_group& what, Arguments& arguments)
+void addShowing(CLI::App& command, CLI::Option_group& what, SpectrumArguments& arguments)
 {
     ShowRequest& shown = arguments.shown;
     what.add_flag("--show", arguments.show, "Show a spectrum, with latency and frequency");
@@ -142,7 +142,7 @@ void addShowing(CLI::App& command, CLI::Option_group& what, Arguments& arguments
     command.add_option("--svg", arguments.svg, "Picture");
 }
 
-void addEditing(CLI::Option_group& what, Arguments& arguments)
+void addEditing(CLI::Option_group& what, SpectrumArguments& arguments)
 {
     SpectrumChange& change = arguments.edit;
     what.add_option("--baseline", change.baseline, "Divide each frequency by its mean over A:B ms from the trigger");
@@ -158,7 +158,7 @@ void addEditing(CLI::Option_group& what, Arguments& arguments)
 
 void addSpectrum(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<SpectrumArguments>();
     CLI::App* const command =
         program.add_subcommand("spectrum", "Compute, change or show spectra over time and frequency");
     addChangeOptions(*command, arguments->change);

@@ -13,7 +13,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct TriggersArguments
 {
     ChangeArguments change;
     TriggerRequest request;
@@ -34,7 +34,7 @@ void writeFile(const std::vector<FoundTrigger>& triggers, const CMEGDatazk& data
     created.keep();
 }
 
-void scan(const Arguments& arguments)
+void scan(const TriggersArguments& arguments)
 {
     static const std::vector<std::string> modes = {"plain", "pro", "absdc", "absdcm"};
     TriggerRequest request = arguments.request;
@@ -61,7 +61,7 @@ void scan(const Arguments& arguments)
 
 void addTriggers(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<TriggersArguments>();
     CLI::App* const command = program.add_subcommand("triggers", "Find the stimuli on the trigger channels");
     addChangeOptions(*command, arguments->change);
     command->add_option("--mode", arguments->mode, "How channels are prepared and pulses told apart")

@@ -13,12 +13,6 @@ namespace {
 
 constexpr double smallestRate = 1e-15;
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 template <class T>
 void give(T* target, T value)
 {

@@ -31,12 +31,6 @@ struct CMEGData9FileA01CtfMISL::Geometry
 
 namespace {
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 /// A trial's samples in a caller's block: channel c begins at c * stride.
 struct SampleBlock
 {

@@ -11,12 +11,6 @@ namespace {
 
 constexpr int droppedTrial = 7; // kind of trial
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 bool agreed(const CString& question)
 {
     return AfxMessageBox(question, MB_YESNO) == IDYES;

@@ -12,7 +12,7 @@ namespace megset::numeric {
 namespace {
 
 // A block of some hundred channels is read for the sum and is still near when the sum is taken from it.
-constexpr std::size_t blockSamples = 256;
+constexpr std::size_t montageBlock = 256;
 
 template <class Value>
 std::span<Value> part(std::span<Value> x, std::size_t begin, std::size_t count)
@@ -25,8 +25,8 @@ std::span<Value> part(std::span<Value> x, std::size_t begin, std::size_t count)
 template <class Work>
 void inBlocks(std::size_t length, Work work)
 {
-    for (std::size_t begin = 0; begin < length; begin += blockSamples)
-        work(begin, std::min(blockSamples, length - begin));
+    for (std::size_t begin = 0; begin < length; begin += montageBlock)
+        work(begin, std::min(montageBlock, length - begin));
 }
 
 /// Four signals in one pass over the sum, one after the other at each sample. None overlaps the sum.
@@ -70,7 +70,7 @@ using InPlace = void (*)(std::span<double>, std::span<const double>) noexcept;
 
 void applySum(const SignalSum& sum, std::size_t length, std::span<const std::span<double>> targets, InPlace apply)
 {
-    std::array<double, blockSamples> buffer;
+    std::array<double, montageBlock> buffer;
     inBlocks(length, [&](std::size_t begin, std::size_t count) {
         const std::span<double> reference = std::span(buffer).first(count);
         sumBlock(sum, begin, reference);

@@ -13,7 +13,7 @@ namespace megset::numeric {
 
 namespace {
 
-constexpr std::size_t blockSamples = 1024; // 8 KiB, well inside the first-level cache
+constexpr std::size_t stimulusBlock = 1024; // 8 KiB, well inside the first-level cache
 constexpr std::size_t groupSamples = 64;
 
 // Whether a group holds nothing but +0.0.
@@ -171,16 +171,16 @@ private:
 SampleRange rangeOf(Row x) noexcept
 {
     RangeSoFar range;
-    for (std::size_t from = 0; from < x.size(); from += blockSamples)
-        range.take(x.subspan(from, std::min(blockSamples, x.size() - from)));
+    for (std::size_t from = 0; from < x.size(); from += stimulusBlock)
+        range.take(x.subspan(from, std::min(stimulusBlock, x.size() - from)));
     return range.of(x);
 }
 
 SampleRange absoluteAbove(std::span<double> x, double level) noexcept
 {
     RangeSoFar range;
-    for (std::size_t from = 0; from < x.size(); from += blockSamples) {
-        const auto block = x.subspan(from, std::min(blockSamples, x.size() - from));
+    for (std::size_t from = 0; from < x.size(); from += stimulusBlock) {
+        const auto block = x.subspan(from, std::min(stimulusBlock, x.size() - from));
         stimulusAbove(block.data(), block.size(), level);
         range.take(block);
     }

@@ -1,6 +1,7 @@
 #include "megset/persistence/CMDChannel9File.h"
 
 #include "megset/persistence/exchangeSlot.h"
+#include "megset/platform/AfxMessageBox.h"
 #include "megset/records/records.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 
@@ -13,14 +14,8 @@ namespace {
 constexpr const char* wrongFormat = "Wrong channel file format!!?";
 constexpr const char* noMemoryForObject = "Is memory enough?!";
 
-int fail(const char* message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 // The three newest versions tell of a failed section once more.
-int told(int result)
+int toldOfChannel(int result)
 {
     return result ? result : fail(wrongFormat);
 }
@@ -124,20 +119,21 @@ int CMDChannel9File::serialize_20190112(CArchive& ar)
 
 int CMDChannel9File::serialize_20190609(CArchive& ar)
 {
-    return told(_01serializeChnlInfo(ar) && _02serializeGeomHwx_obsolete20200730(ar) && _03serializeTimeData(ar) &&
-                _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar));
+    return toldOfChannel(_01serializeChnlInfo(ar) && _02serializeGeomHwx_obsolete20200730(ar) &&
+                         _03serializeTimeData(ar) && _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar));
 }
 
 int CMDChannel9File::serialize_20190723(CArchive& ar)
 {
-    return told(_01serializeChnlInfo(ar) && _02serializeGeomHwx_obsolete20200730(ar) && _03serializeTimeData(ar) &&
-                _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar) && _07serializeShowShrinkData(ar));
+    return toldOfChannel(_01serializeChnlInfo(ar) && _02serializeGeomHwx_obsolete20200730(ar) &&
+                         _03serializeTimeData(ar) && _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar) &&
+                         _07serializeShowShrinkData(ar));
 }
 
 int CMDChannel9File::serialize_20200801(CArchive& ar)
 {
-    return told(_01serializeChnlInfo(ar) && _02serializeGeomHwx(ar) && _03serializeTimeData(ar) &&
-                _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar) && _07serializeShowShrinkData(ar));
+    return toldOfChannel(_01serializeChnlInfo(ar) && _02serializeGeomHwx(ar) && _03serializeTimeData(ar) &&
+                         _04serializeSpctmData(ar) && _06serializeWavAnlyRslt(ar) && _07serializeShowShrinkData(ar));
 }
 
 // Who the channel is: list place, place on the plane, carried values, names, range of values, labels.

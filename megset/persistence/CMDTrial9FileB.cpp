@@ -2,6 +2,7 @@
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/persistence/exchangeSlot.h"
+#include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CFileDialog.h"
 #include "megset/platform/paths.h"
 #include "megset/spectral/CSpctmTrialzk.h"
@@ -13,13 +14,7 @@
 namespace megset {
 namespace {
 
-int fail(const char* message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
-int told(int result)
+int toldOfTrial(int result)
 {
     return result ? result : fail("Trial file format!!?");
 }
@@ -47,55 +42,55 @@ int CMDTrial9FileB::serializezk(CArchive& ar)
 
 int CMDTrial9FileB::serializezk20080229(CArchive& ar)
 {
-    return told(sections20080229(ar));
+    return toldOfTrial(sections20080229(ar));
 }
 int CMDTrial9FileB::serializezk20080601(CArchive& ar)
 {
-    return told(sections20080601(ar));
+    return toldOfTrial(sections20080601(ar));
 }
 int CMDTrial9FileB::serializezk20091228(CArchive& ar)
 {
-    return told(sections20080601(ar));
+    return toldOfTrial(sections20080601(ar));
 }
 int CMDTrial9FileB::serializezk20100419(CArchive& ar)
 {
-    return told(sections20100419(ar));
+    return toldOfTrial(sections20100419(ar));
 }
 int CMDTrial9FileB::serializezk20120228(CArchive& ar)
 {
-    return told(sections20120228(ar));
+    return toldOfTrial(sections20120228(ar));
 }
 int CMDTrial9FileB::serializezk20120618(CArchive& ar)
 {
-    return told(sections20120228(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20120228(ar) && serializeResampling(ar));
 }
 int CMDTrial9FileB::serializezk20130212(CArchive& ar)
 {
-    return told(sections20130212(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20130212(ar) && serializeResampling(ar));
 }
 int CMDTrial9FileB::serializezk20160704(CArchive& ar)
 {
-    return told(sections20160704(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20160704(ar) && serializeResampling(ar));
 }
 int CMDTrial9FileB::serializezk20161110(CArchive& ar)
 {
-    return told(sections20161110(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20161110(ar) && serializeResampling(ar));
 }
 int CMDTrial9FileB::serializezk20161122(CArchive& ar)
 {
-    return told(sections20161122(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20161122(ar) && serializeResampling(ar));
 }
 
 int CMDTrial9FileB::serializezk20190609(CArchive& ar)
 {
-    return told(sections20161122(ar) && m_waveResult.serialize(ar) && serializeResampling(ar));
+    return toldOfTrial(sections20161122(ar) && m_waveResult.serialize(ar) && serializeResampling(ar));
 }
 
 int CMDTrial9FileB::serializezk20190730(CArchive& ar)
 {
-    return told(sections01To08(ar) && _09serializeVirtWaveSpctmSrcCoh(ar) && _11serializeMontages(ar) &&
-                _12serializeIcaFace(ar) && _13serializeSeegProbe(ar) && m_waveResult.serialize(ar) &&
-                serializeResampling(ar));
+    return toldOfTrial(sections01To08(ar) && _09serializeVirtWaveSpctmSrcCoh(ar) && _11serializeMontages(ar) &&
+                       _12serializeIcaFace(ar) && _13serializeSeegProbe(ar) && m_waveResult.serialize(ar) &&
+                       serializeResampling(ar));
 }
 
 int CMDTrial9FileB::sections20080229(CArchive& ar)

@@ -9,12 +9,6 @@ namespace {
 
 constexpr const char* saveError = "Save trail data error!"; // for a load as well
 
-int fail(const char* message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 CString askForAcquiredTrial(const CString& name)
 {
     if (AfxMessageBox(CString::formatted("Find trial file%s ?", name), MB_YESNO) != IDYES)

@@ -14,12 +14,6 @@
 namespace megset {
 namespace {
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 struct FolderAndTitle
 {
     CString folder;

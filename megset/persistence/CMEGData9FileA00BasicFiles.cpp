@@ -11,12 +11,6 @@ namespace {
 
 constexpr const char* trialFilter = "MEG Trial Data(*.trl)|*.trl|All Files(*.*)|*.*||";
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 // The path that the user chose; empty when cancelled.
 CString askForTrialFile(CFileDialog& dialog, FileDialogMemory& memory)
 {

@@ -12,12 +12,6 @@ namespace {
 constexpr int recordedKind = 1;
 constexpr int importedVirtualKind = 2;
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 std::unique_ptr<CMDTrialzk> noTrial(const CString& message)
 {
     AfxMessageBox(message, MB_OK);

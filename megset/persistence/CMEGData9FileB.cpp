@@ -1,6 +1,7 @@
 #include "megset/persistence/CMEGData9FileB.h"
 
 #include "megset/core/CMDTrialzk.h"
+#include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/archiveLists.h"
 
 #include <algorithm>
@@ -8,12 +9,6 @@
 
 namespace megset {
 namespace {
-
-int fail(const char* message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
 
 // Whether a file may have that many trials: it holds a path for each of them, so that their slots take about as much
 // memory as the file, or little anyway.

@@ -16,12 +16,6 @@ namespace {
 constexpr const char* electrodeFilter = "Electrode File(*.epos)|*.epos|All Files(*.*)|*.*||";
 constexpr const char* seegFilter = "SEEG File(*.seeg)|*.seeg|All Files(*.*)|*.*||";
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 // Runs `exchange(archive)` on the file that the dialog gives. What it answers is not looked at.
 template <class Exchange>
 int withChosenFile(CFileDialog& dialog, FileDialogMemory& memory, const CString& addedEnd, Exchange exchange)

@@ -17,12 +17,6 @@ namespace {
 constexpr unsigned toRead = CFile::modeRead | CFile::shareExclusive;
 constexpr const char* openFailed = "Open trial data failed ";
 
-int fail(const CString& message)
-{
-    AfxMessageBox(message, MB_OK);
-    return 0;
-}
-
 // By characters, so that a name that ends in one of these letters loses it too: it is meant so.
 CString withoutEndOutOf(const CString& text, const CString& letters)
 {

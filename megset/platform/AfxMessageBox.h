@@ -21,4 +21,7 @@ constexpr bool isQuestion(unsigned type)
 /// Shows a text to the user and waits for the answer: IDOK for MB_OK, IDYES or IDNO for MB_YESNO.
 int AfxMessageBox(const CString& text, unsigned type = MB_OK);
 
+/// Shows `text` with an OK button and gives 0, the answer of an operation that failed.
+int fail(const CString& text);
+
 } // namespace megset

@@ -1,5 +1,7 @@
 #include "megset/platform/terminalText.h"
 
+#include "megset/platform/unicode.h"
+
 namespace megset {
 namespace {
 
@@ -13,11 +15,6 @@ bool isHiddenMark(char16_t unit)
     const bool turnsDirection = (unit >= 0x202AU && unit <= 0x202EU) || (unit >= 0x2066U && unit <= 0x2069U) ||
                                 unit == 0x200EU || unit == 0x200FU || unit == 0x061CU;
     return turnsDirection || unit == 0x2028U || unit == 0x2029U;
-}
-
-bool isLowSurrogate(char16_t unit)
-{
-    return unit >= 0xDC00U && unit <= 0xDFFFU;
 }
 
 int columnsOfUnit(char16_t unit)

@@ -101,15 +101,6 @@ std::u16string decode(std::string_view text, Other other)
     return out;
 }
 
-bool isHighSurrogate(char16_t unit)
-{
-    return unit >= 0xD800U && unit <= 0xDBFFU;
-}
-bool isLowSurrogate(char16_t unit)
-{
-    return unit >= 0xDC00U && unit <= 0xDFFFU;
-}
-
 // UTF-8 of UTF-16, where `lone(out, unit)` writes a surrogate that stands alone.
 template <class Lone>
 std::string encode(std::u16string_view text, Lone lone)

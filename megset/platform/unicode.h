@@ -28,6 +28,16 @@ std::string utf16ToFileName(std::u16string_view text);
 char16_t toLower(char16_t unit);
 char16_t toUpper(char16_t unit);
 
+/// The two halves of a character outside the first plane.
+constexpr bool isHighSurrogate(char16_t unit)
+{
+    return unit >= 0xD800U && unit <= 0xDBFFU;
+}
+constexpr bool isLowSurrogate(char16_t unit)
+{
+    return unit >= 0xDC00U && unit <= 0xDFFFU;
+}
+
 /// Blank, tabulator, line ends and the other spaces of Unicode.
 bool isSpace(char16_t unit);
 

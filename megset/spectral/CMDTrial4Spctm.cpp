@@ -13,8 +13,6 @@
 namespace megset {
 namespace {
 
-constexpr int classes = 3;
-
 template <class T>
 T* getOrMake(std::unique_ptr<T>& slot, bool create, const CString& failure)
 {
@@ -96,7 +94,7 @@ CSpctmTrialzk* CMDTrial4Spctm::getSpctmTrialR(bool bCreate)
 
 void* CMDTrial4Spctm::getFreqDataTrial(int nClass, bool bCreate)
 {
-    if (getTotalChannel() < 1 || nClass < 0 || nClass >= classes)
+    if (getTotalChannel() < 1 || nClass < 0 || nClass >= spectrumClasses)
         return nullptr;
     std::unique_ptr<CFreqDataTrialzk>* const slots[] = {&m_pFreqDataTrialA, &m_pFreqDataTrialC, &m_pFreqDataTrialX};
     return getOrMake(*slots[nClass], bCreate, "Initializing trial frequency data error!");
@@ -159,7 +157,7 @@ int CMDTrial4Spctm::_cleanFreqDataTrl()
 int CMDTrial4Spctm::reloadSpctmDataAll()
 {
     for (int i = 0; i < getTotalChannel(); ++i)
-        for (int nClass = 0; nClass < classes; ++nClass)
+        for (int nClass = 0; nClass < spectrumClasses; ++nClass)
             if (CSpctmChnlzk* const spectrum = channelSpectrum(m_ppChannel[i], nClass))
                 spectrum->reloadRawSpctmDataRIX();
     return 1;
@@ -273,7 +271,7 @@ int CMDTrial4Spctm::getSpctmChnTimFrq(std::int64_t& nChannels, std::int64_t& nTi
     bool isFirst = true;
     for (int i = 0; i < getTotalChannel(); ++i) {
         bool counts = false;
-        for (int nClass = 0; nClass < classes; ++nClass) {
+        for (int nClass = 0; nClass < spectrumClasses; ++nClass) {
             const CSpctmChnlzk* const spectrum = channelSpectrum(m_ppChannel[i], nClass);
             if (spectrum == nullptr || !hasAnyPlane(*spectrum))
                 continue;
@@ -321,7 +319,7 @@ std::int64_t CMDTrial4Spctm::getSpctmSize(bool bAll, std::int64_t& nTimeBegin, s
 std::int64_t CMDTrial4Spctm::getSpctmTimePt(std::int64_t iTime, int nClass, int) const
 {
     const CSpctmTrialzk* const spectra[] = {m_pSpctmTrialA.get(), m_pSpctmTrialC.get(), m_pSpctmTrialR.get()};
-    const CSpctmTrialzk* const spectrum = nClass >= 0 && nClass < classes ? spectra[nClass] : nullptr;
+    const CSpctmTrialzk* const spectrum = nClass >= 0 && nClass < spectrumClasses ? spectra[nClass] : nullptr;
     if (spectrum == nullptr)
         return -1;
     const std::int64_t samples = numeric::wrapMultiply(clampedIndex(iTime, spectrum->m_nTimePt), spectrum->m_nTimeStep);

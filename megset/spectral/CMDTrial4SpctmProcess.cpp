@@ -13,9 +13,6 @@
 namespace megset {
 namespace {
 
-constexpr int classes = 3;
-constexpr int dataTypes = 4;
-
 enum NormState
 {
     byFrequency = 1,
@@ -128,7 +125,7 @@ int CMDTrial4SpctmProcess::normSpctmGlobEachFreqAllChnAllTimSc_rms(int nClass)
     CSpctmTrialzk* const spectrum = getSpctmTrial(false, nClass);
     if (spectrum == nullptr || !m_ppChannel)
         return 0;
-    for (int type = 0; type < dataTypes; ++type) {
+    for (int type = 0; type < spectrumDataTypes; ++type) {
         normalizeEachFreq(*spectrum, nClass, type, [type](const Spectra& spectra, std::int64_t f) {
             double x = 0.0;
             for (const CSpctmChnlzk* const channel : spectra)
@@ -142,7 +139,7 @@ int CMDTrial4SpctmProcess::normSpctmGlobEachFreqAllChnAllTimSc_rms(int nClass)
 
 int CMDTrial4SpctmProcess::normSpctmGlobEachFreqAllChnAllTim_rms()
 {
-    for (int nClass = 0; nClass < classes; ++nClass)
+    for (int nClass = 0; nClass < spectrumClasses; ++nClass)
         normSpctmGlobEachFreqAllChnAllTimSc_rms(nClass);
     return m_ppChannel ? 1 : 0;
 }
@@ -164,8 +161,8 @@ int CMDTrial4SpctmProcess::normSpctmGlobEachFreqAllChnAllTim_max(int nClass, int
 
 int CMDTrial4SpctmProcess::normSpctmGlobEachFreqAllChnAllTim_max()
 {
-    for (int nClass = 0; nClass < classes; ++nClass)
-        for (int type = 0; type < dataTypes; ++type)
+    for (int nClass = 0; nClass < spectrumClasses; ++nClass)
+        for (int type = 0; type < spectrumDataTypes; ++type)
             normSpctmGlobEachFreqAllChnAllTim_max(nClass, type);
     return m_ppChannel ? 1 : 0;
 }
@@ -250,8 +247,8 @@ int CMDTrial4SpctmProcess::normalizeFreq(int nLaw, double dFactor, bool bPower, 
 
 int CMDTrial4SpctmProcess::normalizeFreqAll(int nLaw, double dFactor, bool bPower)
 {
-    for (int nClass = 0; nClass < classes; ++nClass)
-        for (int type = 0; type < dataTypes; ++type)
+    for (int nClass = 0; nClass < spectrumClasses; ++nClass)
+        for (int type = 0; type < spectrumDataTypes; ++type)
             normalizeFreq(nLaw, dFactor, bPower, nClass, type);
     return 1;
 }
@@ -275,8 +272,8 @@ int CMDTrial4SpctmProcess::rootStrip(unsigned int iTimeBegin, unsigned int iTime
 int CMDTrial4SpctmProcess::scaleSpctmAllDataType4Class(int nClass, double dScale)
 {
     constexpr int allClasses = -1;
-    for (int each = 0; each < classes; ++each)
-        for (int type = 0; type < dataTypes; ++type)
+    for (int each = 0; each < spectrumClasses; ++each)
+        for (int type = 0; type < spectrumDataTypes; ++type)
             if (nClass == allClasses || nClass == each)
                 onAllChannels(each, [=](CSpctmChnlzk& spectrum) { spectrum.scaleSpctm(dScale, type); });
     return getTotalChannel() > 0 ? 1 : 0;

@@ -16,9 +16,6 @@
 namespace megset {
 namespace {
 
-constexpr int classes = 3;
-constexpr int dataTypes = 4;
-
 /// Which channels of the MEG group the filter of MEG lets pass.
 enum class Meg
 {
@@ -176,7 +173,7 @@ template <class Compute>
 auto lastOfDataTypes(Compute compute)
 {
     decltype(compute(0)) last = nullptr;
-    for (int nDataType = 0; nDataType < dataTypes; ++nDataType)
+    for (int nDataType = 0; nDataType < spectrumDataTypes; ++nDataType)
         if (auto* result = compute(nDataType))
             last = result;
     return last;
@@ -187,7 +184,7 @@ template <class Compute>
 auto lastOfClasses(Compute compute)
 {
     decltype(compute(0)) last = nullptr;
-    for (int nClass = 0; nClass < classes; ++nClass)
+    for (int nClass = 0; nClass < spectrumClasses; ++nClass)
         if (auto* result = compute(nClass))
             last = result;
     return last;
@@ -292,8 +289,8 @@ int CMEGData4SpctmProcess::computTrialSpctmAllPro(CMDTrialzk* pTrial, bool bRepo
     dialog.m_nMEGChannel = dialog.m_nEEGChannel = dialog.m_nGoodChannel = dialog.m_nVisible = 1;
     if (dialog.DoModal() != IDOK)
         return 0;
-    for (int nClass = 0; nClass < classes; ++nClass)
-        for (int nDataType = 0; nDataType < dataTypes; ++nDataType) {
+    for (int nClass = 0; nClass < spectrumClasses; ++nClass)
+        for (int nDataType = 0; nDataType < spectrumDataTypes; ++nDataType) {
             const CSumChnlSpctmDatazk* sums =
                 computTrialSpctm(pTrial, dialog.m_nMEGChannel != 0, dialog.m_nEEGChannel != 0,
                                  dialog.m_nGoodChannel != 0, dialog.m_nVisible != 0, nClass, nDataType);

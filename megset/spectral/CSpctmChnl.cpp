@@ -18,7 +18,7 @@ constexpr std::array currentPlanes{&CSpctmChnl::m_pSpctmR, &CSpctmChnl::m_pSpctm
                                    &CSpctmChnl::m_pSpctmA};
 constexpr std::array backupPlanes{&CSpctmChnl::m_pBkSpctmR, &CSpctmChnl::m_pBkSpctmI, &CSpctmChnl::m_pBkSpctmM,
                                   &CSpctmChnl::m_pBkSpctmA};
-constexpr int dataTypes = static_cast<int>(currentPlanes.size());
+static_assert(currentPlanes.size() == spectrumDataTypes);
 
 SampleArray& currentPlane(CSpctmChnl& spectrum, int nDataType)
 {
@@ -41,20 +41,20 @@ bool copyPlane(const SampleArray& from, SampleArray& to, std::int64_t count)
     return true;
 }
 
-// What an addition brings for one plane: row pointers, or one array in plane order.
-struct PlaneInput
-{
-    double* const* rows = nullptr;
-    const double* flat = nullptr;
-
-    bool isThere() const { return rows != nullptr || flat != nullptr; }
-};
-
 } // namespace
 
 struct CSpctmChnl::Addition
 {
-    std::array<PlaneInput, dataTypes> inputs;
+    // What an addition brings for one plane: row pointers, or one array in plane order.
+    struct PlaneInput
+    {
+        double* const* rows = nullptr;
+        const double* flat = nullptr;
+
+        bool isThere() const { return rows != nullptr || flat != nullptr; }
+    };
+
+    std::array<PlaneInput, spectrumDataTypes> inputs;
     int nCarried; ///< the data types 0 .. nCarried - 1 are carried
     std::int64_t nTimePt;
     std::int64_t nFreqPt;
@@ -115,7 +115,7 @@ double* CSpctmChnl::getSpctmDataPtr(int nDataType, std::int64_t* pTimePt, std::i
         *pTimePt = m_nTimePt;
     if (pFreqPt != nullptr)
         *pFreqPt = m_nFreqPt;
-    if (nDataType < 0 || nDataType >= dataTypes)
+    if (nDataType < 0 || nDataType >= spectrumDataTypes)
         return nullptr;
     return (this->*currentPlanes[static_cast<std::size_t>(nDataType)]).get();
 }
@@ -130,8 +130,8 @@ int CSpctmChnl::initSpctmSpace(std::int64_t nTimePt, std::int64_t nFreqPt, bool 
     m_nTimePt = nTimePt;
     m_nFreqPt = nFreqPt;
     const std::int64_t count = planeCount(nTimePt, nFreqPt);
-    const std::array<bool, dataTypes> wanted{true, bWithI != 0, bWithMA != 0, bWithMA != 0};
-    for (int type = 0; type < dataTypes; ++type) {
+    const std::array<bool, spectrumDataTypes> wanted{true, bWithI != 0, bWithMA != 0, bWithMA != 0};
+    for (int type = 0; type < spectrumDataTypes; ++type) {
         SampleArray& plane = currentPlane(*this, type);
         if (plane != nullptr && bZero)
             numeric::fill(planeSpan(plane, count), 0.0);
@@ -246,10 +246,10 @@ int CSpctmChnl::addPlanes(const Addition& addition)
 // fails, so that planes which nothing is going to be assigned to are zero.
 int CSpctmChnl::makeCarriedPlanes(const Addition& addition)
 {
-    for (int type = addition.nCarried; type < dataTypes; ++type)
+    for (int type = addition.nCarried; type < spectrumDataTypes; ++type)
         currentPlane(*this, type).reset();
     const std::int64_t count = planeCount(addition.nTimePt, addition.nFreqPt);
-    std::array<bool, dataTypes> made{};
+    std::array<bool, spectrumDataTypes> made{};
     for (int type = 0; type < addition.nCarried; ++type) {
         SampleArray& plane = currentPlane(*this, type);
         if (plane != nullptr)
@@ -293,7 +293,7 @@ int CSpctmChnl::storeSpctmResult()
 int CSpctmChnl::copyToBackup(int firstDataType)
 {
     const std::int64_t count = planeCount(m_nTimePt, m_nFreqPt);
-    for (int type = firstDataType; type < dataTypes; ++type) {
+    for (int type = firstDataType; type < spectrumDataTypes; ++type) {
         const SampleArray& plane = currentPlane(*this, type);
         if (plane != nullptr && !copyPlane(plane, backupPlane(*this, type), count))
             return 0;
@@ -315,7 +315,7 @@ int CSpctmChnl::reloadRawSpctmDataRIX()
     m_nTimePt = m_nBkTimePt;
     m_nFreqPt = m_nBkFreqPt;
     const std::int64_t count = planeCount(m_nTimePt, m_nFreqPt);
-    for (int type = 1; type < dataTypes; ++type) {
+    for (int type = 1; type < spectrumDataTypes; ++type) {
         const SampleArray& plane = backupPlane(*this, type);
         if (plane != nullptr && !copyPlane(plane, currentPlane(*this, type), count))
             return 0;
@@ -328,8 +328,8 @@ int CSpctmChnl::reloadRawSpctmDataRIX()
 bool CSpctmChnl::resizeForReload()
 {
     const std::int64_t count = planeCount(m_nBkTimePt, m_nBkFreqPt);
-    std::array<SampleArray, dataTypes> resized;
-    for (int type = 0; type < dataTypes; ++type) {
+    std::array<SampleArray, spectrumDataTypes> resized;
+    for (int type = 0; type < spectrumDataTypes; ++type) {
         const SampleArray& plane = currentPlane(*this, type);
         if (plane == nullptr || backupPlane(*this, type) != nullptr)
             continue;
@@ -339,7 +339,7 @@ bool CSpctmChnl::resizeForReload()
             return false;
         numeric::copy(planeSpan(plane, planeCount(m_nTimePt, m_nFreqPt)), planeSpan(target, count));
     }
-    for (int type = 0; type < dataTypes; ++type)
+    for (int type = 0; type < spectrumDataTypes; ++type)
         currentPlane(*this, type) = std::move(resized[static_cast<std::size_t>(type)]);
     return true;
 }

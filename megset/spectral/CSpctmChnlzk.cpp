@@ -9,8 +9,6 @@
 namespace megset {
 namespace {
 
-constexpr int dataTypes = 4;
-
 bool haveBoth(const CSpctmChnlzk& a, const CSpctmChnlzk& b, int nDataType)
 {
     return a.getSpctmDataPtr(nDataType, nullptr, nullptr) != nullptr &&
@@ -41,7 +39,7 @@ int CSpctmChnlzk::addSpctmChnlzk(CSpctmChnlzk* pOther, bool bCreate)
 {
     if (pOther == nullptr || pOther->m_nTimePt < 1 || pOther->m_nFreqPt < 1)
         return 0;
-    for (int type = 0; type < dataTypes; ++type) {
+    for (int type = 0; type < spectrumDataTypes; ++type) {
         if (pOther->plane(type).isEmpty())
             continue;
         const bool isMissing = getSpctmDataPtr(type, nullptr, nullptr) == nullptr;
@@ -95,12 +93,12 @@ int CSpctmChnlzk::operateSpctmChnlAB2C(CSpctmChnlzk* pA, CSpctmChnlzk* pB, bool 
         _cleanBkSpctmData();
         _cleanSpctmData();
     }
-    for (int type = 0; type < dataTypes; ++type) {
+    for (int type = 0; type < spectrumDataTypes; ++type) {
         const bool isMissing = getSpctmDataPtr(type, nullptr, nullptr) == nullptr;
         if (haveBoth(*pA, *pB, type) && isMissing && (!bCreate || !takeShapeAndMake(*pA, type)))
             return 0;
     }
-    for (int type = 0; type < dataTypes; ++type)
+    for (int type = 0; type < spectrumDataTypes; ++type)
         if (haveBoth(*pA, *pB, type))
             combine(*pA, *pB, type, nOperation);
     storeData2Backupfile();

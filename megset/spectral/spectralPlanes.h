@@ -11,6 +11,11 @@
 
 namespace megset {
 
+/// Real, imaginary, magnitude and angle.
+inline constexpr int spectrumDataTypes = 4;
+/// Active, control and result.
+inline constexpr int spectrumClasses = 3;
+
 /// T x F. The largest number when that does not fit, and -1 when a factor is negative: no memory is ever given for
 /// these.
 std::int64_t planeCount(std::int64_t nTimePt, std::int64_t nFreqPt) noexcept;

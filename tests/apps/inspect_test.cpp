@@ -18,7 +18,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::inspect_test {
 
 namespace {
 
@@ -469,4 +469,4 @@ TEST_F(Inspect, HostOfTheProcessIsTheSameAfterwards)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::inspect_test

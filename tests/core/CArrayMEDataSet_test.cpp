@@ -12,9 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CArrayMEDataSet_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 
 // A dataset that counts the ones that have ended.
@@ -202,3 +203,5 @@ TEST_F(DatasetArray, TheDialogNeedsADatasetWithTrials)
 }
 
 } // namespace
+
+} // namespace megset::CArrayMEDataSet_test

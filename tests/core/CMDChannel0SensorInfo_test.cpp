@@ -17,9 +17,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace megset::CMDChannel0SensorInfo_test {
 
-using namespace megset;
+namespace {
 
 template <class Record>
 Record& giveGeometry(CMDChannelzk& channel, int geomType)
@@ -439,3 +439,5 @@ TEST(ChannelSensor, NoiseReductionIsConfirmedForTheSensorsOwnOrderAlone)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannel0SensorInfo_test

@@ -14,9 +14,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannel7ProcessX_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
@@ -320,3 +321,5 @@ TEST(ChannelGradiometer, ItsQuestionsNeedAMegType)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannel7ProcessX_test

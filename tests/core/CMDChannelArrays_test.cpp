@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDChannelArrays_test {
 namespace {
 
 using namespace channelStates;
@@ -563,4 +563,4 @@ TEST_F(ChannelArrays, TraceDataInfoTellsCountAndRange)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDChannelArrays_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDChannelFilling_test {
 namespace {
 
 using namespace channelStates;
@@ -439,4 +439,4 @@ TEST_F(ChannelFilling, UpdateHDTrialDataLRefusesAnyOtherCount)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDChannelFilling_test

@@ -13,9 +13,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannelGeometry_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 
 void giveBalance(CMDChannelzk& channel, int count)
@@ -172,3 +173,5 @@ TEST(ChannelBalance, CountWithoutAnArrayBecomesZero)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannelGeometry_test

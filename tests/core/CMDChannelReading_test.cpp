@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDChannelReading_test {
 namespace {
 
 using namespace channelStates;
@@ -579,4 +579,4 @@ TEST(ChannelChopping, WithoutMemoryForEitherArrayTheSamplesStay)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDChannelReading_test

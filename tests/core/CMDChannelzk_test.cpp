@@ -17,9 +17,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannelzk_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
@@ -444,3 +445,5 @@ TEST(OperateChannel, EveryAllocationFailureIsToldAndLeavesTheOperands)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannelzk_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial0SensorInfoBind_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 
 // A sensor as a recording brings it: with a place in the head, and another one at work.
@@ -457,3 +458,5 @@ TEST_F(ElectrodesOfATrial, APositionGoesToTheFirstElectrodeOfItsNumber)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial0SensorInfoBind_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial0SensorInfo_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 
 using Triple = std::array<double, 3>;
@@ -435,3 +436,5 @@ TEST_F(TrialSensors, BothNamesAreSetInOneChannel)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial0SensorInfo_test

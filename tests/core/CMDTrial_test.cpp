@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -417,4 +417,4 @@ TEST_F(Triggers, AreFoundInABlockWhereEachChannelBeginsByItsOwnCount)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial_test

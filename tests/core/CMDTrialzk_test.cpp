@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrialzk_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -250,4 +250,4 @@ TEST(TrialInfo, TellsWhereMemoryForASensorEnds)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrialzk_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData0SensorInfo_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::Each;
 using ::testing::ElementsAre;
 
@@ -333,3 +334,5 @@ TEST_F(RecordedGeometry, EveryTrialIsOpenedInItsTurnAndWrittenBack)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData0SensorInfo_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGDataPaths_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -190,4 +190,4 @@ TEST_F(TrialFileCheck, GivesTheChosenPathOrAnEmptyOne)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGDataPaths_test

@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGDataResidency_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -579,4 +579,4 @@ TEST(TrialPaths, AreTextsOnTrouble)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGDataResidency_test

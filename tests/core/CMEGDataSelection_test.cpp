@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGDataSelection_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -564,4 +564,4 @@ TEST_F(Times, StopAtTheEndsOfTheirRange)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGDataSelection_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -595,4 +595,4 @@ TEST(Session, HasANameAndARecordingThatIsCopied)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData_test

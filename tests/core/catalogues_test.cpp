@@ -15,9 +15,9 @@
 #include <type_traits>
 #include <vector>
 
-namespace {
+namespace megset::catalogues_test {
 
-using namespace megset;
+namespace {
 
 // Name, x, y, z, type row, channel type.
 const char* const eegStd21Text = R"(
@@ -362,3 +362,5 @@ TEST(Catalogues, GiveTheScalesAsFloats)
 }
 
 } // namespace
+
+} // namespace megset::catalogues_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::gradientNoiseReduction_test {
 namespace {
 
 using gradient::fill;
@@ -350,4 +350,4 @@ TEST_F(NoiseReduction, WithoutTrialsChannelsOrCoefficientsNothingHappens)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::gradientNoiseReduction_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::gradientNumbers_test {
 
 // The slow forms are private; an explicit instantiation may name them.
 namespace {
@@ -177,4 +177,4 @@ TEST(NoiseReductionNumbers, TheSlowFormReducesMeasureChannelsAlone)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::gradientNumbers_test

@@ -17,7 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::wholeDataset_test {
 namespace {
 
 constexpr std::int64_t samples = 60;
@@ -227,4 +227,4 @@ TEST_F(WholeDataset, SelectsAloneInOneSampleAtEitherEnd)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::wholeDataset_test

@@ -11,7 +11,7 @@
 
 #include <climits>
 
-namespace megset {
+namespace megset::CMEGData8ShowChannel_test {
 namespace {
 
 class ShownChannel : public ShownChannels
@@ -152,4 +152,4 @@ TEST_F(ShownChannel, TheLongestNameOfNoTrialIsNon)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8ShowChannel_test

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace megset {
+namespace megset::CMEGData8ShowColor_test {
 namespace {
 
 constexpr double inf = std::numeric_limits<double>::infinity();
@@ -229,4 +229,4 @@ TEST_F(SensorColors, OfElectrodesGoByTheirOwnScale)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8ShowColor_test

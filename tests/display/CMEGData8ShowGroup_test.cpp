@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData8ShowGroup_test {
 namespace {
 
 using ::testing::Each;
@@ -175,4 +175,4 @@ TEST_F(ShowFlag, OfVirtualChannelsIsKept)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8ShowGroup_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData8ShowViewers_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -87,4 +87,4 @@ TEST(Viewers, OfADatasetAreInvalidatedWhereTheyAreVisible)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8ShowViewers_test

@@ -9,7 +9,7 @@
 
 #include <climits>
 
-namespace megset {
+namespace megset::CMEGData8ShowZoom_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -261,4 +261,4 @@ TEST_F(ZoomUsed, OpensTheCurrentTrialAndTheOthersDoNot)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8ShowZoom_test

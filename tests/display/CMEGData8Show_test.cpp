@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData8Show_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -121,4 +121,4 @@ TEST_F(ShownMeasureChannels, WithoutMemoryForTheFlagsNothingIsAsked)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData8Show_test

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string>
 
-namespace megset {
+namespace megset::readme_test {
 
 namespace {
 
@@ -23,4 +23,4 @@ TEST(Readme, ShowsTheProgramThatThePackageTestsBuildAndRun)
 
 } // namespace
 
-} // namespace megset
+} // namespace megset::readme_test

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData6ClassifyChannels_test {
 namespace {
 
 TEST(MegMeasureChannels, AreCountedShownOrNotAndWithoutTheBadOnes)
@@ -226,4 +226,4 @@ TEST(PeakChannel, NeedsATrialAndAFirstChannel)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData6ClassifyChannels_test

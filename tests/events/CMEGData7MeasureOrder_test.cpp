@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData7MeasureOrder_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -102,4 +102,4 @@ TEST(ChannelOrder, OfAllTrialsStopsWhereAShorterTrialHasNoPlace)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData7MeasureOrder_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData7Measure_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -308,4 +308,4 @@ TEST(RangeAtASample, IsZeroWhereNoChannelIsOfTheKind)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData7Measure_test

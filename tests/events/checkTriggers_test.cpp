@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::checkTriggers_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -474,4 +474,4 @@ TEST(CheckTriggers, WithoutMemoryForAnOccurrenceRaiseTheInvalidArgumentException
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::checkTriggers_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::marksAndSegments_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -158,4 +158,4 @@ TEST(BadSegment, GivesZeroWithoutMemory)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::marksAndSegments_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::trialTriggers_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -315,4 +315,4 @@ TEST(TrialTriggers, EndWhereThereIsNoMemory)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::trialTriggers_test

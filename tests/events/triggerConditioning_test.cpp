@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::triggerConditioning_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -187,4 +187,4 @@ TEST(TriggerDcOffset, NeedsTrialsAndPassesOverThoseThatDontOpen)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::triggerConditioning_test

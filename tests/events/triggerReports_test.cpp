@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::triggerReports_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -155,4 +155,4 @@ TEST(TriggerOfATrial, IsFoundByNameInAnyCase)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::triggerReports_test

@@ -11,9 +11,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace megset::acquisitionSeeds_test {
 
-using namespace megset;
+namespace {
 
 // The first byte of an input says what the rest is.
 std::vector<std::byte> seed(std::uint8_t kind, const ByteBuilder& bytes)
@@ -69,3 +69,5 @@ TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)
 }
 
 } // namespace
+
+} // namespace megset::acquisitionSeeds_test

@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::archiveSeeds_test {
 namespace {
 
 using Length = ByteBuilder::Length;
@@ -111,4 +111,4 @@ TEST(ArchiveFuzzSeeds, AreWhatTheyAreSaidToBe)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::archiveSeeds_test

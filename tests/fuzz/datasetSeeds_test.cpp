@@ -10,9 +10,10 @@
 
 #include <gtest/gtest.h>
 
+namespace megset::datasetSeeds_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::datasetRecord;
 
 // A dataset of that version with one of everything, and with trials inside where it may have them.
@@ -127,3 +128,5 @@ TEST(RecordingFuzzSeeds, AllKnownVersionsLoad)
 }
 
 } // namespace
+
+} // namespace megset::datasetSeeds_test

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace megset {
+namespace megset::recordSeeds_test {
 namespace {
 
 // ---- channels
@@ -292,4 +292,4 @@ TEST(TrialFuzzSeeds, AllKnownVersionsLoad)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::recordSeeds_test

@@ -10,7 +10,7 @@
 
 #include <climits>
 
-namespace megset {
+namespace megset::CMDTrial6SeegIeegContact_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -131,4 +131,4 @@ TEST_F(ContactToChannel, WithoutMemoryForTheElectrodeTheContactStaysFree)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial6SeegIeegContact_test

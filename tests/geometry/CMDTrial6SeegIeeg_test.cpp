@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-namespace megset {
+namespace megset::CMDTrial6SeegIeeg_test {
 namespace {
 
 class SeegProbes : public ::testing::Test
@@ -191,4 +191,4 @@ TEST(SelectedPoints, OfTheSourceImagesCanBePointedTo)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial6SeegIeeg_test

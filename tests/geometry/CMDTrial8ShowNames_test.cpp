@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial8ShowNames_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -178,4 +178,4 @@ TEST(NeuromagSensorNumbers, AreThreeForEachTripletOfALobe)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial8ShowNames_test

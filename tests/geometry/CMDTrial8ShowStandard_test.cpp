@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial8ShowStandard_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -359,4 +359,4 @@ TEST_F(StretchedMap, OfASinglePointGivesZero)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial8ShowStandard_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial8Show_test {
 namespace {
 
 using ::testing::Each;
@@ -363,4 +363,4 @@ TEST_F(CoilPlaces, ANegativeChannelOrNoPositionGivesZeroAndTouchesNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial8Show_test

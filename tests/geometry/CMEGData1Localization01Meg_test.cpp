@@ -10,7 +10,7 @@
 #include <climits>
 #include <filesystem>
 
-namespace megset {
+namespace megset::CMEGData1Localization01Meg_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -331,4 +331,4 @@ TEST(DewarRegion, ResetBringsTheLimitsBackAndLeavesTheDimensions)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData1Localization01Meg_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData1Localization02Eeg_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -132,4 +132,4 @@ TEST_F(EegFiducials, AreSetUpOneByOneOrAllAtOnce)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData1Localization02Eeg_test

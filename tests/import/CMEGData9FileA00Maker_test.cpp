@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00Maker_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -181,4 +181,4 @@ TEST_F(VirtualWaves, WithoutMemoryMakeNoTrialAndSaySo)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00Maker_test

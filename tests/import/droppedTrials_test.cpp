@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::droppedTrials_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -493,4 +493,4 @@ TEST_F(DropOnEmpty, CopiesTheFlagsThatThereAre)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::droppedTrials_test

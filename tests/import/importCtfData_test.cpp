@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::importCtfData_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -253,4 +253,4 @@ TEST_F(ImportSamples, AreAllOnDiskWhenTheDatasetIsSaved)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::importCtfData_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::importTrialChannels_test {
 namespace {
 
 using ::testing::Each;
@@ -274,4 +274,4 @@ TEST_F(ImportGeometry, AChannelThatIsNotThereIsPassedOver)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::importTrialChannels_test

@@ -4,7 +4,7 @@
 
 #include "tests/kit/memoryArchive.h"
 
-namespace megset {
+namespace megset::layoutPage_test {
 namespace {
 
 constexpr std::string_view page = R"(# Points
@@ -118,4 +118,4 @@ TEST(LayoutPage, AnotherNameTypeLengthOrOffsetIsFound)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::layoutPage_test

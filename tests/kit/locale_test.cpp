@@ -3,6 +3,8 @@
 #include <clocale>
 #include <string>
 
+namespace megset::locale_test {
+
 namespace {
 
 // Other tests count on it, to show that no number depends on the locale.
@@ -15,3 +17,5 @@ TEST(TestLocale, GermanWithADecimalCommaIsThere)
 }
 
 } // namespace
+
+} // namespace megset::locale_test

@@ -8,7 +8,7 @@
 #include <iterator>
 #include <map>
 
-namespace megset::layering {
+namespace megset::layering::layering_test {
 
 namespace {
 
@@ -189,4 +189,4 @@ TEST(Layering, NoHeaderIncludesItselfThroughOthers)
 
 } // namespace
 
-} // namespace megset::layering
+} // namespace megset::layering::layering_test

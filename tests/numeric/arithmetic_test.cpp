@@ -2,7 +2,7 @@
 
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::arithmetic_test {
 
 namespace {
 
@@ -118,4 +118,4 @@ TEST(NumericArithmetic, TheShortestOperandCounts)
     EXPECT_EQ(z, (std::vector<double>{-9, -18, 3}));
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::arithmetic_test

@@ -6,7 +6,7 @@
 #include "megset/numeric/processorPath.h"
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::channelSums_test {
 
 namespace {
 
@@ -251,4 +251,4 @@ TEST(ChannelSums, TakeChannelsOfUnequalLengthAsFarAsTheyGo)
 
 } // namespace
 
-} // namespace megset::numeric
+} // namespace megset::numeric::channelSums_test

@@ -2,7 +2,7 @@
 
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::convert_test {
 
 namespace {
 
@@ -156,4 +156,4 @@ TEST(NumericConvert, TheShortestSpanCounts)
     EXPECT_EQ(alsoTo, (std::vector<double>{1, 2}));
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::convert_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::numeric {
+namespace megset::numeric::montage_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -148,4 +148,4 @@ TEST(SumsOfManySignals, AreFormedOneAfterTheOtherToTheBit)
 }
 
 } // namespace
-} // namespace megset::numeric
+} // namespace megset::numeric::montage_test

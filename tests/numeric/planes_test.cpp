@@ -2,7 +2,7 @@
 
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::planes_test {
 
 namespace {
 
@@ -239,4 +239,4 @@ TEST(NumericPlanes, EveryNthValueIsScaledUpToTheEnd)
     EXPECT_EQ(x, (Values{3, 6, 1, 1, 4}));
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::planes_test

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace megset::numeric {
+namespace megset::numeric::resample_test {
 
 namespace {
 
@@ -121,4 +121,4 @@ TEST(NumericResample, AgreesWithThePlainLoopsForRandomFactors)
     }
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::resample_test

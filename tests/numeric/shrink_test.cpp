@@ -2,7 +2,7 @@
 
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::shrink_test {
 namespace {
 
 struct Blocks
@@ -151,4 +151,4 @@ TEST(NumericShrink, ValuesThatDifferByLessThanAFloatTells)
         expectPlainResult(samples, blockSamples, samples.size() / blockSamples);
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::shrink_test

@@ -6,7 +6,7 @@
 #include "megset/numeric/statisticsLoops.h"
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::statistics_test {
 
 namespace {
 
@@ -256,4 +256,4 @@ TEST(NumericProcessorPath, HasOneOfThreeNames)
     EXPECT_EQ(name == "baseline", currentProcessorPath() == ProcessorPath::Baseline);
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::statistics_test

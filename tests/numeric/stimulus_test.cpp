@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset::numeric {
+namespace megset::numeric::stimulus_test {
 namespace {
 
 /// Zeros with pulses now and then, as a stimulus line is, and now and then something that must not be taken for zero.
@@ -172,4 +172,4 @@ TEST(Arithmetic, SubtractsOneValueFromAll)
 }
 
 } // namespace
-} // namespace megset::numeric
+} // namespace megset::numeric::stimulus_test

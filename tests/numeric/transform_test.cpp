@@ -2,7 +2,7 @@
 
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::transform_test {
 
 namespace {
 
@@ -141,4 +141,4 @@ TEST(NumericTransform, TheShortestSpanCounts)
     EXPECT_EQ(to, (std::vector{1.0, 1.0, 9.0}));
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::transform_test

@@ -6,7 +6,7 @@
 #include "megset/numeric/weightedSumsLoops.h"
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::weightedSums_test {
 
 namespace {
 
@@ -198,4 +198,4 @@ TEST(NumericWeightedSums, ChangeNothingWithoutReferencesOrSums)
     EXPECT_TRUE(sameSamples(signals.rows[0], before));
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::weightedSums_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset::numeric {
+namespace megset::numeric::wrapping_test {
 
 TEST(NumericWrapping, OrdinaryNumbersAreAddedAndSubtracted)
 {
@@ -17,4 +17,4 @@ TEST(NumericWrapping, WhatDoesNotFitWrapsAround)
     EXPECT_EQ(wrapSubtract(0, INT64_MIN), INT64_MIN);
 }
 
-} // namespace megset::numeric
+} // namespace megset::numeric::wrapping_test

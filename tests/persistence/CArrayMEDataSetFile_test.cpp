@@ -17,9 +17,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CArrayMEDataSetFile_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 
 constexpr const char* otherFile = "The opened file is not array for MEG dataset file or corrupted!";
@@ -278,3 +279,5 @@ TEST_F(DatasetArrayFile, WithoutMemoryForADatasetIsToldAndTheOthersStay)
 }
 
 } // namespace
+
+} // namespace megset::CArrayMEDataSetFile_test

@@ -18,9 +18,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannel9FileBroken_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::channelRecord;
 using ::testing::ElementsAre;
 
@@ -328,3 +329,5 @@ TEST_F(BrokenChannelRecord, AFullDiskRaisesItsExceptionAndTheChannelStays)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannel9FileBroken_test

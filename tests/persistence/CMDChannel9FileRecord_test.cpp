@@ -14,9 +14,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannel9FileRecord_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -188,3 +189,5 @@ TEST_F(AcquiredChannel, AnyAllocationThatFailsLeavesAUsableChannel)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannel9FileRecord_test

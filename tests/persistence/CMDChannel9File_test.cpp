@@ -15,9 +15,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDChannel9File_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::channelRecord;
 using ::testing::ElementsAre;
 
@@ -526,3 +527,5 @@ TEST_F(OldestChannelRecord, ExportOfTheChannelDoesNothing)
 }
 
 } // namespace
+
+} // namespace megset::CMDChannel9File_test

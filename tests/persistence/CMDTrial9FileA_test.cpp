@@ -12,9 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileA_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -245,3 +246,5 @@ TEST_F(TrialFileSearch, TheDialogOpensOnTheKindOfFileThatWasUsedLast)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileA_test

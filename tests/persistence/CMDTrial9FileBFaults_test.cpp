@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileBFaults_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::trialRecord;
 using ::testing::ElementsAre;
 
@@ -448,3 +449,5 @@ TEST_F(BrokenTrialFile, AnyAllocationThatFailsLeavesAUsableTrial)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileBFaults_test

@@ -11,9 +11,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileBRecordFiles_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -253,3 +254,5 @@ TEST_F(SavingAnAcquiredTrial, AFullDiskRaisesTheFileException)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileBRecordFiles_test

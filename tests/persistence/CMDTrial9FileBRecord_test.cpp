@@ -12,9 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileBRecord_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 
@@ -198,3 +199,5 @@ TEST_F(AcquiredTrial, AnyAllocationThatFailsLeavesAUsableTrial)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileBRecord_test

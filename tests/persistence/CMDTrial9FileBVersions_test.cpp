@@ -14,9 +14,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileBVersions_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::trialRecord;
 using ::testing::ElementsAre;
 
@@ -289,3 +290,5 @@ TEST_F(TrialFile, AnyGuardButZeroMeansPresence)
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileBVersions_test

@@ -15,9 +15,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMDTrial9FileB_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::trialRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -504,3 +505,5 @@ TEST_F(TrialThatCannotBeSaved, ASectionThatFailsIsToldTwiceAndLeavesAPartOfTheFi
 }
 
 } // namespace
+
+} // namespace megset::CMDTrial9FileB_test

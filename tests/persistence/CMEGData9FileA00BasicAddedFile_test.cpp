@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicAddedFile_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -240,4 +240,4 @@ TEST_F(AddedFile, LeavesTheDatasetWholeWhereverMemoryEnds)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicAddedFile_test

@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicAdding_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -416,4 +416,4 @@ TEST_F(AddedTrials, AreNoEmptyPlacesWithoutMemory)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicAdding_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicFiles_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -409,4 +409,4 @@ TEST_F(RenamedTrial, IsWholeWhereverMemoryEnds)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicFiles_test

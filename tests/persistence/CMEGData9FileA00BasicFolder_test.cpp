@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicFolder_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -237,4 +237,4 @@ TEST_F(DatasetFolder, ThatCannotBeEnteredIsTold)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicFolder_test

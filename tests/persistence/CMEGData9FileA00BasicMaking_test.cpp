@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicMaking_test {
 namespace {
 
 using ::testing::Contains;
@@ -323,4 +323,4 @@ TEST_F(InitTrial, IsNoneWithoutMemory)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicMaking_test

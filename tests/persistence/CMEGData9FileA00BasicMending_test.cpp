@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicMending_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -163,4 +163,4 @@ TEST_F(MendedPaths, OfAVanishedFileOfferANewName)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicMending_test

@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicVirtual_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -470,4 +470,4 @@ TEST_F(WorkTrial, DoesNotEndACopyThatCannotBeSaved)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicVirtual_test

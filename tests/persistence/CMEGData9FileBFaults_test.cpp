@@ -18,9 +18,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileBFaults_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::datasetRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -391,3 +392,5 @@ TEST_F(BrokenDatasetFile, AnyAllocationThatFailsLeavesAUsableDataset)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileBFaults_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileBStore_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -234,3 +235,5 @@ TEST_F(StoredDataset, ATrialFileThatEndsEarlyPassesTheException)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileBStore_test

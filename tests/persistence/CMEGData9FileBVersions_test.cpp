@@ -13,9 +13,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileBVersions_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::datasetRecord;
 using ::testing::ElementsAre;
 
@@ -352,3 +353,5 @@ TEST_F(DatasetFile, OldFilesLeaveTheMarkersThatTheyLack)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileBVersions_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileB_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::datasetRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -447,3 +448,5 @@ TEST_F(DatasetWithTrials, WithoutTrialsNoneIsSaved)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileB_test

@@ -10,9 +10,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileCElectrodes_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -374,3 +375,5 @@ TEST_F(ElectrodeFile, WithoutMemoryForTheChannelsElectrodeIsToldAndTheOthersGetT
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileCElectrodes_test

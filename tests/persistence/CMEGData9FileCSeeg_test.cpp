@@ -10,9 +10,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileCSeeg_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -291,3 +292,5 @@ TEST_F(SeegFile, WithoutMemoryForACopyTheTrialKeepsItsProbes)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileCSeeg_test

@@ -16,9 +16,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileRecordConversion_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -522,3 +523,5 @@ TEST_F(Acquisition, StoringKeepsATrialInMemoryThatCannotBeWritten)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileRecordConversion_test

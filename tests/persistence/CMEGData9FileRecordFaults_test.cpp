@@ -12,9 +12,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileRecordFaults_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -213,3 +214,5 @@ TEST_F(BrokenAcquisition, AnyAllocationThatFailsLeavesAUsableDataset)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileRecordFaults_test

@@ -8,9 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileRecordTrials_test {
+
 namespace {
 
-using namespace megset;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -141,3 +142,5 @@ TEST_F(RecordedTrials, ATrialWithoutChannelsStaysAndGivesZero)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileRecordTrials_test

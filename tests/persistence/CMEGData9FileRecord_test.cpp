@@ -11,9 +11,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace megset::CMEGData9FileRecord_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 
@@ -221,3 +222,5 @@ TEST_F(AcquiredDataset, EachArrayOfFlagsStandsInItsPlaceAlone)
 }
 
 } // namespace
+
+} // namespace megset::CMEGData9FileRecord_test

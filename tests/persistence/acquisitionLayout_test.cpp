@@ -13,9 +13,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace megset::acquisitionLayout_test {
 
-using namespace megset;
+namespace {
 
 const char* const page = "acquisition.md";
 const std::string datasetTag = "MEACQDATASETZK";
@@ -197,3 +197,5 @@ TEST(ArrayPage, ShowsTheFile)
 }
 
 } // namespace
+
+} // namespace megset::acquisitionLayout_test

@@ -16,7 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::channelTextExport_test {
 namespace {
 
 void fill(CMDChannelzk& channel, const CString& name, const std::vector<double>& samples)
@@ -305,4 +305,4 @@ TEST(TrialTextExport, ExchangeOfATrialDoesNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::channelTextExport_test

@@ -10,9 +10,10 @@
 
 #include <gtest/gtest.h>
 
+namespace megset::datasetLayout_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::datasetRecord;
 
 const std::string fileTag = "MEGDATASETZK";
@@ -141,3 +142,5 @@ TEST(DatasetPage, ShowsTheSectionsOfEveryVersion)
 }
 
 } // namespace
+
+} // namespace megset::datasetLayout_test

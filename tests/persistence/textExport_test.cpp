@@ -16,7 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::textExport_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -371,4 +371,4 @@ TEST_F(TextExport, TheTrialOfTheSensorsIsBroughtIntoTheRange)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::textExport_test

@@ -17,7 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::trialExchange_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -364,4 +364,4 @@ TEST_F(TrialExchange, ADatasetMadeWithANegativeNumberOfTrialsGetsItsFirst)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::trialExchange_test

@@ -18,9 +18,10 @@
 
 #include <gtest/gtest.h>
 
+namespace megset::trialLayout_test {
+
 namespace {
 
-using namespace megset;
 using namespace megset::trialRecord;
 
 const std::string tag = "MEGTRIALZK";
@@ -177,3 +178,5 @@ TEST(FormatPages, AreAllInTheIndex)
 }
 
 } // namespace
+
+} // namespace megset::trialLayout_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::AfxBeginThread_test {
 namespace {
 
 TEST(WorkerThread, GivesItsResultTimeAndAgain)
@@ -78,4 +78,4 @@ TEST(WorkerThread, WorkThatIsNoFunctionRaisesWhereItIsWaitedFor)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::AfxBeginThread_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CArchiveBlocks_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -244,4 +244,4 @@ TEST(CArchiveBlocks, AFailedReadPasses)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CArchiveBlocks_test

@@ -18,7 +18,7 @@
 
 #include <sys/resource.h>
 
-namespace megset {
+namespace megset::CArchive_test {
 namespace {
 
 using ::testing::AnyOf;
@@ -1084,4 +1084,4 @@ TEST(CArchiveTracing, EndsWithANullTracer)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CArchive_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CConsoleHostFlags_test {
 namespace {
 
 using Flags = std::optional<std::vector<bool>>;
@@ -68,4 +68,4 @@ TEST_F(ConsoleFlags, AreCancelledWhereNobodyCanBeAsked)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CConsoleHostFlags_test

@@ -14,7 +14,7 @@
 #include <memory>
 #include <sstream>
 
-namespace megset {
+namespace megset::CConsoleHost_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -478,4 +478,4 @@ TEST_F(ConsoleProgress, ServesTheProgressClass)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CConsoleHost_test

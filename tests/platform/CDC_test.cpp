@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDC_test {
 namespace {
 
 TEST(Brush, IsMadeOnceAndAgainAfterItWasDeleted)
@@ -76,4 +76,4 @@ TEST(Canvas, OfAProgramIsToldOfEachSelection)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDC_test

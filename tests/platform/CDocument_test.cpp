@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDocument_test {
 namespace {
 
 TEST(Document, StartsWithoutPathAndTitle)
@@ -34,4 +34,4 @@ TEST(Document, ATitleSetLaterLeavesThePath)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDocument_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CEvent_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -97,4 +97,4 @@ TEST(EventBetweenThreads, AnAutomaticOneWakesAsManyAsItIsSet)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CEvent_test

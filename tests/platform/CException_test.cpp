@@ -9,9 +9,9 @@
 #include <set>
 #include <string>
 
-namespace {
+namespace megset::CException_test {
 
-using namespace megset;
+namespace {
 
 TEST(CException, TellsItsMessageInEveryForm)
 {
@@ -108,3 +108,5 @@ TEST(CArchiveException, IsThrownWithCauseAndFile)
 }
 
 } // namespace
+
+} // namespace megset::CException_test

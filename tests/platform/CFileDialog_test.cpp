@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CFileDialog_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -135,4 +135,4 @@ TEST(FileDialog, WithoutMemoryTheIndexIsTheDialogsOwn)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFileDialog_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CFileFind_test {
 namespace {
 
 TEST(FileFind, FindsAFileAndTellsItsNames)
@@ -104,4 +104,4 @@ TEST(FileFind, FindsNamesThatAreNotUtf8)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFileFind_test

@@ -17,7 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace megset {
+namespace megset::CFile_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -501,4 +501,4 @@ TEST(CExceptionText, IsNotCutInsideACharacter)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFile_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMemFile_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -157,4 +157,4 @@ TEST(FileThatFails, EndsSoonerThanItsLengthTells)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMemFile_test

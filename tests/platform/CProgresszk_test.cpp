@@ -9,7 +9,7 @@
 #include <limits>
 #include <stdexcept>
 
-namespace megset {
+namespace megset::CProgresszk_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -129,4 +129,4 @@ TEST(ProgressBar, StaysWithTheHostThatBeganIt)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CProgresszk_test

@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-namespace {
+namespace megset::CPtrArray_test {
 
-using namespace megset;
+namespace {
 
 // An object that counts how many of its kind live.
 struct Counted
@@ -270,3 +270,5 @@ TEST(CStringArray, ComparesAndRunsThroughItsTextsInOrder)
 }
 
 } // namespace
+
+} // namespace megset::CPtrArray_test

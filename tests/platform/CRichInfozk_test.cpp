@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CRichInfozk_test {
 namespace {
 
 class MuteHost : public ScriptedHost
@@ -35,4 +35,4 @@ TEST(RichInfo, GivesZeroWhenTheHostCannotShowIt)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CRichInfozk_test

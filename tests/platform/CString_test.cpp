@@ -5,6 +5,8 @@
 #include <sstream>
 #include <string>
 
+namespace megset::CString_test {
+
 namespace {
 
 using megset::CString;
@@ -228,3 +230,5 @@ TEST(CString, GoesIntoAStreamAsUtf8)
 }
 
 } // namespace
+
+} // namespace megset::CString_test

@@ -7,7 +7,7 @@
 
 #include <thread>
 
-namespace megset {
+namespace megset::CUserHost_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -75,4 +75,4 @@ TEST(UserHost, MessagesOfSeveralThreadsAllArrive)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CUserHost_test

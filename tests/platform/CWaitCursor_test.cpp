@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-namespace megset {
+namespace megset::CWaitCursor_test {
 namespace {
 
 class NoCursorHost : public ScriptedHost
@@ -54,4 +54,4 @@ TEST(WaitCursor, AHostThatCannotBeginIsNotAskedToEnd)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CWaitCursor_test

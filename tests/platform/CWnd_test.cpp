@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CWnd_test {
 namespace {
 
 class ViewWithoutWindow : public CWnd
@@ -53,4 +53,4 @@ TEST(ViewWindow, WithoutWindowIsNotVisible)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CWnd_test

@@ -13,7 +13,7 @@
 
 #include <memory>
 
-namespace megset {
+namespace megset::ScriptedHost_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -118,4 +118,4 @@ TEST(ScriptedHostKit, ClearingForgetsTheRecordAndKeepsTheAnswers)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::ScriptedHost_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::SlotArray_test {
 namespace {
 
 // An object that tells how many of its kind live.
@@ -175,4 +175,4 @@ TEST_F(Slots, MovingLeavesAnAbsentArray)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::SlotArray_test

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::archiveLists_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -411,4 +411,4 @@ TEST(ArchivePointers, ACountThatTheFileCantHoldOrBelowZeroDoesNoHarm)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::archiveLists_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::formatVersion_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -163,4 +163,4 @@ TEST(FormatPattern, TellsATracerTagVersionAndFieldsInOneSection)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::formatVersion_test

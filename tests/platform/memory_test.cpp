@@ -15,7 +15,7 @@
 #include "megset/platform/sanitizers.h"
 #include "tests/kit/FailingAllocator.h"
 
-namespace megset {
+namespace megset::memory_test {
 
 namespace {
 
@@ -374,4 +374,4 @@ TEST(PlatformSamplePool, SeveralThreadsMayUseIt)
     expectBound(pool);
 }
 
-} // namespace megset
+} // namespace megset::memory_test

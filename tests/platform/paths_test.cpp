@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::paths_test {
 namespace {
 
 struct Split
@@ -233,4 +233,4 @@ TEST(CurrentDirectory, StaysWhenTheNewOneCantBeEntered)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::paths_test

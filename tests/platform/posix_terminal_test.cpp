@@ -7,7 +7,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-namespace megset {
+namespace megset::posix_terminal_test {
 namespace {
 
 // A terminal without a screen: what is asked of one end is answered by the kernel as for a real one.
@@ -69,4 +69,4 @@ TEST(TerminalQuery, ATerminalTellsItsWidth)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::posix_terminal_test

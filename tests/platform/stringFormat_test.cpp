@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace megset::stringFormat_test {
+
 namespace {
 
 using megset::CString;
@@ -501,3 +503,5 @@ TEST(StringFormat, BoundsWidthsAndPrecisions)
 }
 
 } // namespace
+
+} // namespace megset::stringFormat_test

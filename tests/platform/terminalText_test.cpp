@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::terminalText_test {
 namespace {
 
 TEST(TerminalText, ControlCharactersAreShownEscaped)
@@ -53,4 +53,4 @@ TEST(TerminalText, CuttingNeverSplitsACharacter)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::terminalText_test

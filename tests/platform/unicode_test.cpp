@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-namespace {
+namespace megset::unicode_test {
 
-using namespace megset;
+namespace {
 
 const std::string replacement = "\xEF\xBF\xBD";
 
@@ -267,3 +267,5 @@ TEST(Unicode, KnowsTheSpaces)
 }
 
 } // namespace
+
+} // namespace megset::unicode_test

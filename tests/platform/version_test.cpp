@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-namespace megset {
+namespace megset::version_test {
 
 namespace {
 
@@ -30,4 +30,4 @@ TEST(Version, NamesTheCompilerItWasBuiltWith)
 
 } // namespace
 
-} // namespace megset
+} // namespace megset::version_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDChannel7ProcessXResample_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -171,4 +171,4 @@ TEST(ChannelResampling, TellsOfMissingMemoryForACopy)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDChannel7ProcessXResample_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial2ProcessAverage_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -152,4 +152,4 @@ TEST_F(EegMeasureAverage, IsThatOfAPlainLoopToTheBit)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial2ProcessAverage_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial2ProcessStatistics_test {
 namespace {
 
 bool sameBits(const ChannelStatistics& a, const ChannelStatistics& b)
@@ -85,4 +85,4 @@ TEST(TrialStatistics, OfATrialWithoutChannelsAreNone)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial2ProcessStatistics_test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial2Process_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -71,4 +71,4 @@ TEST(TrialGains, AreAppliedToEveryChannelWithASensor)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial2Process_test

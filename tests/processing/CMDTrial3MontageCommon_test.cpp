@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial3MontageCommon_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -401,4 +401,4 @@ TEST(RandomCommonReferences, AreThoseOfPlainLoopsToTheBit)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial3MontageCommon_test

@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial3MontageIndividual_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -418,4 +418,4 @@ TEST(RandomIndividualReferences, AreThoseOfPlainLoopsToTheBit)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial3MontageIndividual_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2ProcessMatch_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -233,4 +233,4 @@ TEST(MatchedSelections, AgreeWithPlainLoops)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2ProcessMatch_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2ProcessPrepare_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -241,4 +241,4 @@ TEST(SegmentBlanking, NeedsTrialMarkerAndArrayOfChannels)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2ProcessPrepare_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2ProcessResample_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -301,4 +301,4 @@ TEST(ResampleParameters, PassOverOccurrencesThatAreMissing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2ProcessResample_test

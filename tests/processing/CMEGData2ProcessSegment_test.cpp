@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2ProcessSegment_test {
 
 // The cut is a private operation: the arguments of an explicit instantiation are free from access checks.
 template <int (CMEGData2Process::*operation)(int)>
@@ -471,4 +471,4 @@ TEST(SegmentCut, OfAHundredThousandRangesEndsSoon)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2ProcessSegment_test

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2ProcessSwitches_test {
 namespace {
 
 using ::testing::Each;
@@ -426,4 +426,4 @@ TEST_F(ElectrodesOfTrials, WithNoTrialsAllOfThemAreDone)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2ProcessSwitches_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData2Process_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -99,4 +99,4 @@ TEST(ChannelFlags, StayWhenAnotherTrialBecomesCurrent)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData2Process_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::resampledCopy_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -296,4 +296,4 @@ TEST(SessionCopy, LeavesTheSourcesCurrentTrial)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::resampledCopy_test

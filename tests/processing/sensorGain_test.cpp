@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::sensorGain_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -126,4 +126,4 @@ TEST(DatasetGainWithoutFile, GivesZeroForATrialThatCantBeOpened)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::sensorGain_test

@@ -18,7 +18,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::ctfImport_test {
 namespace {
 
 using testing::IsEmpty;
@@ -139,4 +139,4 @@ TEST_F(RealCtfImport, CountsKindsAndFlags)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::ctfImport_test

@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::ctf_test {
 namespace {
 
 using testing::IsEmpty;
@@ -288,4 +288,4 @@ TEST_F(RealCtf, HasItsHeadCoils)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::ctf_test

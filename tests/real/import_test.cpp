@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset {
+namespace megset::import_test {
 namespace {
 
 using nlohmann::json;
@@ -136,4 +136,4 @@ TEST_F(RealSession, MovedFolderOpensAndIsMended)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::import_test

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-namespace megset {
+namespace megset::setup_test {
 
 namespace {
 
@@ -143,4 +143,4 @@ TEST_F(Setup, CompareAsksForThePeersToo)
 
 } // namespace
 
-} // namespace megset
+} // namespace megset::setup_test

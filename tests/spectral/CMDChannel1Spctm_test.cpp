@@ -5,7 +5,7 @@
 
 #include <set>
 
-namespace megset {
+namespace megset::CMDChannel1Spctm_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -198,4 +198,4 @@ TEST_F(ChannelAverage, WithoutMemoryFailsAndLeavesTheOperands)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDChannel1Spctm_test

@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CMDTrial4SpctmGain_test {
 namespace {
 
 using ::testing::Each;
@@ -190,4 +190,4 @@ TEST_F(TrialGain, HasAReverseThatDoesNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial4SpctmGain_test

@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CMDTrial4SpctmProcess_test {
 namespace {
 
 using ::testing::Each;
@@ -354,4 +354,4 @@ TEST_F(TrialProcess, ThePeakDistributionDoesNoWork)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial4SpctmProcess_test

@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CMDTrial4SpctmRange_test {
 namespace {
 
 using ::testing::Each;
@@ -308,4 +308,4 @@ TEST_F(TrialRange, OverAllChannelsWithoutAnyPlaneIsThePreset)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial4SpctmRange_test

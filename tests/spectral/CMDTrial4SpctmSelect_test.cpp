@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CMDTrial4SpctmSelect_test {
 namespace {
 
 using ::testing::Each;
@@ -344,4 +344,4 @@ TEST_F(TrialSelection, RandomProfilesAgreeWithPlainLoops)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial4SpctmSelect_test

@@ -3,7 +3,7 @@
 #include "megset/records/results/CFreqDataChnl.h"
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CMDTrial4Spctm_test {
 namespace {
 
 using ::testing::Each;
@@ -355,4 +355,4 @@ TEST_F(TrialSpectra, ATimePointStandsForASample)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial4Spctm_test

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMDTrial7Coh01TimeData_test {
 namespace {
 
 struct Statistics
@@ -190,4 +190,4 @@ TEST_F(CoherenceStatistics, AgreeWithAPlainLoopOverRandomPairs)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMDTrial7Coh01TimeData_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData3SpctmLatency_test {
 namespace {
 
 // A trial at 1000 Hz, 100 samples before the trigger. Time point i of class 1 stands for sample 5 i + 200, of the
@@ -267,4 +267,4 @@ TEST(RangeOfDataset, SkipsNullPointers)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData3SpctmLatency_test

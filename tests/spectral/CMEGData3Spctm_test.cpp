@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData3Spctm_test {
 namespace {
 
 using ::testing::Contains;
@@ -263,4 +263,4 @@ TEST(DataToDraw, OfWaveResultsAreThoseOfTheCurrentTrial)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData3Spctm_test

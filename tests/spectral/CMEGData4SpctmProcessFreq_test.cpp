@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData4SpctmProcessFreq_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -154,4 +154,4 @@ TEST(SumFreqData, OfAllClassesAndDataTypesGiveTheLastResult)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData4SpctmProcessFreq_test

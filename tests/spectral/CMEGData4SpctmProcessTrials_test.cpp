@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData4SpctmProcessTrials_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -321,4 +321,4 @@ TEST(SpectrumPeaks, AskForChannelsFirst)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData4SpctmProcessTrials_test

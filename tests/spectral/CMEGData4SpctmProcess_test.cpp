@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData4SpctmProcess_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -231,7 +231,7 @@ TEST(SumPlanes, OfRandomChannelsAgreeWithPlainLoops)
         set.spectrum(2);
         std::vector<PlaneValues> planes;
         for (int c = 0; c < count; ++c) {
-            planes.push_back(randomPlane(times, freqs, static_cast<unsigned>(10 * count + c)));
+            planes.push_back(noisePlane(times, freqs, static_cast<unsigned>(10 * count + c)));
             setPlanes(set.channel(c), 2, times, freqs, planes.back(), 1);
         }
         const CSumChnlSpctmDatazk* sums = set.data.computTrialSpctm(nullptr, true, false, true, true, 2, 0);
@@ -243,7 +243,7 @@ TEST(SumPlanes, OfRandomChannelsAgreeWithPlainLoops)
 TEST(SumPlanes, OfUnequalPlanesTakeEachAtItsOwnIndices)
 {
     const ScriptedHost host;
-    const std::vector<PlaneValues> planes = {randomPlane(2, 3, 1), randomPlane(4, 2, 2), randomPlane(3, 5, 3)};
+    const std::vector<PlaneValues> planes = {noisePlane(2, 3, 1), noisePlane(4, 2, 2), noisePlane(3, 5, 3)};
     SpectralDataset set({100, 100, 100});
     set.spectrum(0);
     setPlanes(set.channel(0), 0, 2, 3, planes[0], 1);
@@ -461,4 +461,4 @@ TEST(SpectrumInfo, WritesNothingWhenNoChannelQualifies)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData4SpctmProcess_test

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData5VirtualSns_test {
 namespace {
 
 TEST(VirtualSensorLists, AreMadeOnDemandOneForSpectraAndOneForWaves)
@@ -133,4 +133,4 @@ TEST_F(VirtualLatency, OfASelectionNeedsACurrentSpectrum)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData5VirtualSns_test

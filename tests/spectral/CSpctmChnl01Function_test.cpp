@@ -1,6 +1,6 @@
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CSpctmChnl01Function_test {
 namespace {
 
 using ::testing::Each;
@@ -294,4 +294,4 @@ TEST_F(Deviations, OfRandomPlanesAreTheFormula)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnl01Function_test

@@ -1,6 +1,6 @@
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CSpctmChnl03Process_test {
 namespace {
 
 using ::testing::Each;
@@ -352,4 +352,4 @@ TEST_F(SpectrumInPlace, ThePlanesBesideStay)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnl03Process_test

@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CSpctmChnl03Select_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -240,4 +240,4 @@ TEST_F(SpectrumSelection, RandomSelectionsAgreeWithPlainLoops)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnl03Select_test

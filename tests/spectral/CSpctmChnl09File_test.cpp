@@ -3,7 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/spectral/spectra.h"
 
-namespace megset {
+namespace megset::CSpctmChnl09File_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -414,4 +414,4 @@ TEST(ChannelSpectrumFile, PageShowsTheFieldsInTheirOrder)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnl09File_test

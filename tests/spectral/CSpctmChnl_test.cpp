@@ -6,7 +6,7 @@
 #include <array>
 #include <random>
 
-namespace megset {
+namespace megset::CSpctmChnl_test {
 namespace {
 
 using ::testing::Each;
@@ -615,4 +615,4 @@ TEST_F(ChannelSpectrum, FreeingNoBufferGivesZeroAndNullRowsAreLeftOut)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnl_test

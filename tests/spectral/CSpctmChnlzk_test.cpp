@@ -2,7 +2,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::CSpctmChnlzk_test {
 namespace {
 
 using ::testing::Each;
@@ -273,4 +273,4 @@ TEST_F(SpectrumCombination, OfRandomPlanesIsThePlainLoop)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmChnlzk_test

@@ -3,7 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/spectral/spectra.h"
 
-namespace megset {
+namespace megset::CSpctmTrial09File_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -336,4 +336,4 @@ TEST(TrialSpectrumFile, PageShowsTheFieldsInTheirOrder)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmTrial09File_test

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-namespace megset {
+namespace megset::CSpctmTrial_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -497,4 +497,4 @@ TEST_F(TrialSpectrum, ParametersOfNoTrialChangeNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSpctmTrial_test

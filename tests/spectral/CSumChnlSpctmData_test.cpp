@@ -3,7 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/spectral/spectra.h"
 
-namespace megset {
+namespace megset::CSumChnlSpctmData_test {
 namespace {
 
 using ::testing::Each;
@@ -265,4 +265,4 @@ TEST(SumChannelFile, PageShowsTheFieldsInTheirOrder)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSumChnlSpctmData_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::holders_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -329,4 +329,4 @@ TEST(VirtualWavePackage, PackageIndexOfAnEmptyPackageIsMinusOne)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::holders_test

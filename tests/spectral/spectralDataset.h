@@ -38,7 +38,7 @@ inline PlaneValues constant(std::int64_t times, std::int64_t freqs, double value
     return PlaneValues(static_cast<std::size_t>(times * freqs), value);
 }
 
-inline PlaneValues randomPlane(std::int64_t times, std::int64_t freqs, unsigned seed)
+inline PlaneValues noisePlane(std::int64_t times, std::int64_t freqs, unsigned seed)
 {
     std::mt19937 random(seed);
     std::normal_distribution<double> noise(0.1, 5.0);

@@ -3,7 +3,7 @@
 
 #include "tests/spectral/planes.h"
 
-namespace megset {
+namespace megset::spectrumProperties_test {
 namespace {
 
 // Arguments around the planes' bounds, and far beyond them.
@@ -279,4 +279,4 @@ TEST(SpectrumProperties, ChangingATrialNeverLeavesItsPlanes)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::spectrumProperties_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::waveResults_test {
 namespace {
 
 void addWave(CChnlWaveAnalyzedResultzk* result, int kind, std::int64_t samples)
@@ -150,4 +150,4 @@ TEST_F(WaveResultsOfATrial, AreNotFoundForAnotherClassOrKind)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::waveResults_test

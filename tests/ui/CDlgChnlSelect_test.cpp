@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDlgChnlSelect_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -55,4 +55,4 @@ TEST(ChannelSelection, IsCancelledByAnAnswerToOtherBoxes)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgChnlSelect_test

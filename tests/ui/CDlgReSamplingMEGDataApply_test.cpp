@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDlgReSamplingMEGDataApply_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -322,4 +322,4 @@ TEST(ApplyToNewDataset, EveryRefusedAllocationLeavesTheDialogUsable)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgReSamplingMEGDataApply_test

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CDlgReSamplingMEGData_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -357,4 +357,4 @@ TEST(ResampleDialogShowing, TheLatestDialogIsTheOneLastShown)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgReSamplingMEGData_test

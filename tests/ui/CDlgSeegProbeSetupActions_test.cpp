@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDlgSeegProbeSetupActions_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -266,4 +266,4 @@ TEST_F(SeegProbeActions, WithoutADatasetGiveZero)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgSeegProbeSetupActions_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDlgSeegProbeSetup_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -270,4 +270,4 @@ TEST_F(SeegProbeDialog, WithoutMemoryIsNotShown)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgSeegProbeSetup_test

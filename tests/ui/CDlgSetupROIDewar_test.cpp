@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CDlgSetupROIDewar_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -186,4 +186,4 @@ TEST_F(RoiDialog, WithoutMemoryIsNotShown)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CDlgSetupROIDewar_test

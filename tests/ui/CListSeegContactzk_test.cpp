@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CListSeegContactzk_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -115,4 +115,4 @@ TEST_F(ContactList, ARowThatIsNotThereChangesNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CListSeegContactzk_test

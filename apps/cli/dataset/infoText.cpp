@@ -13,7 +13,7 @@ namespace megset::cli {
 namespace {
 
 // Files hold names; a name must not command the terminal, nor break the line.
-std::string shown(const std::string& text)
+std::string shownInLine(const std::string& text)
 {
     std::string line = showControlCharacters(CString(text)).toUtf8();
     for (char& c : line)
@@ -68,8 +68,8 @@ std::string channelCounts(const DatasetInfo& info)
 
 void writeSession(const DatasetInfo& info, std::ostream& out)
 {
-    line(out, "session", shown(info.session));
-    line(out, "file", shown(info.file) + ", " + byteSize(info.bytes));
+    line(out, "session", shownInLine(info.session));
+    line(out, "file", shownInLine(info.file) + ", " + byteSize(info.bytes));
     line(out, "rate", number(info.rate) + " Hz");
     line(out, "samples",
          std::to_string(info.samples) + ", of these " + std::to_string(info.preTrigger) + " before the trigger");
@@ -82,7 +82,7 @@ void writeSession(const DatasetInfo& info, std::ostream& out)
     line(out, "frame", info.frame);
     line(out, "filter range", number(info.filterLow) + " to " + number(info.filterHigh) + " Hz");
     for (const std::string& done : info.processing)
-        line(out, "processing", shown(done));
+        line(out, "processing", shownInLine(done));
     line(out, "trials", std::to_string(info.trials.size()));
     line(out, "channels", channelCounts(info));
 }
@@ -98,7 +98,7 @@ void writeTrials(const DatasetInfo& info, std::ostream& out)
                 : trial.isVirtual ? "virtual"
                                   : "recorded")
             << std::setw(5) << (trial.good ? "good" : "bad") << std::right << std::setw(9) << trial.samples << "  "
-            << std::left << std::setw(12) << byteSize(trial.bytes) << shown(trial.file) << '\n';
+            << std::left << std::setw(12) << byteSize(trial.bytes) << shownInLine(trial.file) << '\n';
     }
 }
 
@@ -117,11 +117,11 @@ void writeChannels(const DatasetInfo& info, std::ostream& out)
         return;
     out << "\nindex  name              type  kind     unit  good  shown  order  position, mm\n";
     for (const ChannelInfo& channel : info.channels) {
-        out << std::right << std::setw(5) << channel.index << "  " << std::left << std::setw(18) << shown(channel.name)
-            << std::setw(6) << channel.type << std::setw(9) << channel.kind << std::setw(6) << channel.unit
-            << std::setw(6) << (channel.good ? "yes" : "no") << std::setw(7) << (channel.shown ? "yes" : "no")
-            << std::setw(7) << (channel.gradientOrder ? std::to_string(*channel.gradientOrder) : "")
-            << place(channel.position) << '\n';
+        out << std::right << std::setw(5) << channel.index << "  " << std::left << std::setw(18)
+            << shownInLine(channel.name) << std::setw(6) << channel.type << std::setw(9) << channel.kind << std::setw(6)
+            << channel.unit << std::setw(6) << (channel.good ? "yes" : "no") << std::setw(7)
+            << (channel.shown ? "yes" : "no") << std::setw(7)
+            << (channel.gradientOrder ? std::to_string(*channel.gradientOrder) : "") << place(channel.position) << '\n';
     }
 }
 
@@ -131,7 +131,7 @@ void writeMarks(const DatasetInfo& info, std::ostream& out)
         return;
     out << "\nmarks\n";
     for (const MarkInfo& mark : info.marks)
-        out << "  " << std::left << std::setw(10) << mark.list << std::setw(18) << shown(mark.name)
+        out << "  " << std::left << std::setw(10) << mark.list << std::setw(18) << shownInLine(mark.name)
             << countOf(static_cast<std::size_t>(mark.count), "occurrence") << '\n';
 }
 

@@ -9,7 +9,7 @@ namespace megset::cli {
 
 namespace {
 
-constexpr std::uint64_t blockElements = 16;
+constexpr std::uint64_t jsonElements = 16;
 
 std::string escaped(char unit)
 {
@@ -19,7 +19,7 @@ std::string escaped(char unit)
 }
 
 // The text as JSON has it. It must be UTF-8.
-std::string quoted(std::string_view text)
+std::string jsonText(std::string_view text)
 {
     std::string json = "\"";
     for (const char unit : text) {
@@ -35,7 +35,7 @@ std::string quoted(std::string_view text)
 
 std::string jsonNumber(double value)
 {
-    return std::isfinite(value) ? shownNumber(value) : quoted(shownNumber(value));
+    return std::isfinite(value) ? shownNumber(value) : jsonText(shownNumber(value));
 }
 
 template <class List, class Shown>
@@ -49,22 +49,22 @@ std::string jsonList(const List& list, Shown shown)
 
 std::string jsonMessage(const ReaderMessage& message)
 {
-    return "{\"offset\": " + std::to_string(message.offset) + ", \"section\": " + quoted(message.section) +
-           ", \"text\": " + quoted(message.text) + "}";
+    return "{\"offset\": " + std::to_string(message.offset) + ", \"section\": " + jsonText(message.section) +
+           ", \"text\": " + jsonText(message.text) + "}";
 }
 
 std::string jsonPlace(const FieldPlace& place)
 {
-    return "{\"offset\": " + std::to_string(place.offset) + ", \"type\": " + quoted(place.type) +
-           ", \"name\": " + quoted(place.name) + ", \"section\": " + quoted(place.section) + "}";
+    return "{\"offset\": " + std::to_string(place.offset) + ", \"type\": " + jsonText(place.type) +
+           ", \"name\": " + jsonText(place.name) + ", \"section\": " + jsonText(place.section) + "}";
 }
 
 } // namespace
 
 void JsonTree::begin(const TreeHead& head)
 {
-    m_out << "{\"file\": " << quoted(head.file) << ", \"size\": " << std::to_string(head.size)
-          << ", \"tag\": " << quoted(head.tag) << ", \"kind\": " << quoted(head.meaning) << ",\n\"entries\": [";
+    m_out << "{\"file\": " << jsonText(head.file) << ", \"size\": " << std::to_string(head.size)
+          << ", \"tag\": " << jsonText(head.tag) << ", \"kind\": " << jsonText(head.meaning) << ",\n\"entries\": [";
 }
 
 void JsonTree::startEntry()
@@ -76,7 +76,7 @@ void JsonTree::startEntry()
 void JsonTree::enter(std::string_view section, std::uint64_t offset)
 {
     startEntry();
-    m_out << "{\"offset\": " << std::to_string(offset) << ", \"section\": " << quoted(section) << ", \"entries\": [";
+    m_out << "{\"offset\": " << std::to_string(offset) << ", \"section\": " << jsonText(section) << ", \"entries\": [";
     m_hasEntries = false;
     ++m_depth;
 }
@@ -91,12 +91,12 @@ void JsonTree::leave(std::uint64_t offset)
 void JsonTree::field(const TreeField& field)
 {
     startEntry();
-    m_out << "{\"offset\": " << std::to_string(field.offset) << ", \"type\": " << quoted(field.type)
-          << ", \"name\": " << quoted(field.name);
+    m_out << "{\"offset\": " << std::to_string(field.offset) << ", \"type\": " << jsonText(field.type)
+          << ", \"name\": " << jsonText(field.name);
     if (const auto* const block = std::get_if<TracedBlock>(&field.value))
         blockValue(*block);
     else if (const auto* const text = std::get_if<const CString*>(&field.value))
-        m_out << ", \"value\": " << quoted((*text)->toUtf8());
+        m_out << ", \"value\": " << jsonText((*text)->toUtf8());
     else if (const auto* const real = std::get_if<double>(&field.value))
         m_out << ", \"value\": " << jsonNumber(*real);
     else if (const auto* const integer = std::get_if<std::int64_t>(&field.value))
@@ -111,23 +111,23 @@ void JsonTree::blockValue(const TracedBlock& block)
     const auto same = [](const std::string& element) { return element; };
     const std::string_view type = block.elementType.empty() ? "byte" : block.elementType;
     m_out << ", \"bytes\": " << std::to_string(block.bytes) << ", \"done\": " << std::to_string(block.done)
-          << ", \"elementType\": " << quoted(type)
+          << ", \"elementType\": " << jsonText(type)
           << ", \"elements\": " << std::to_string(block.done / elementBytes(block))
-          << ", \"first\": " << jsonList(firstElements(block, blockElements), same);
+          << ", \"first\": " << jsonList(firstElements(block, jsonElements), same);
 }
 
 void JsonTree::hidden(const HiddenEntries& entries)
 {
     startEntry();
     m_out << "{\"offset\": " << std::to_string(entries.offset) << ", \"hidden\": " << std::to_string(entries.count)
-          << ", \"names\": " << jsonList(entries.names, quoted) << "}";
+          << ", \"names\": " << jsonList(entries.names, jsonText) << "}";
 }
 
 void JsonTree::end(const TreeReport& report)
 {
     m_out << "],\n\"result\": {\"complete\": " << (report.faults.empty() ? "true" : "false")
           << ", \"end\": " << std::to_string(report.end) << ", \"left\": " << std::to_string(report.left)
-          << ",\n \"faults\": " << jsonList(report.faults, quoted) << ", \"section\": " << quoted(report.section)
+          << ",\n \"faults\": " << jsonList(report.faults, jsonText) << ", \"section\": " << jsonText(report.section)
           << ",\n \"lastField\": " << (report.lastField ? jsonPlace(*report.lastField) : "null")
           << ",\n \"messages\": " << jsonList(report.messages, jsonMessage)
           << ", \"messageCount\": " << std::to_string(report.messageCount) << "}}\n";

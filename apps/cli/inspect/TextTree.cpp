@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t offsetColumns = 10;
 constexpr int textColumns = 60;
-constexpr std::uint64_t blockElements = 6;
+constexpr std::uint64_t textElements = 6;
 
 std::string shownBlock(const TracedBlock& block)
 {
@@ -23,12 +23,12 @@ std::string shownBlock(const TracedBlock& block)
     text += ", " + std::to_string(elements) + " ";
     text += block.elementType.empty() ? "byte" : block.elementType;
     std::string separator = ": ";
-    for (const std::string& element : firstElements(block, blockElements)) {
+    for (const std::string& element : firstElements(block, textElements)) {
         text += separator + element;
         separator = ", ";
     }
     std::erase(text, '"'); // of numbers that are none
-    return elements > blockElements ? text + ", ..." : text;
+    return elements > textElements ? text + ", ..." : text;
 }
 
 struct ShownValue

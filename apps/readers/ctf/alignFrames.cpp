@@ -32,7 +32,7 @@ Vector unit(const Vector& a)
     return {a[0] / length, a[1] / length, a[2] / length};
 }
 
-Vector placeOf(const CFiducial& fiducials, CFiducial::Point point)
+Vector positionOf(const CFiducial& fiducials, CFiducial::Point point)
 {
     Vector place{};
     fiducials.getFiducialPt(point)->getFidPos(place[0], place[1], place[2]);
@@ -48,10 +48,10 @@ struct Axes
 
 std::optional<Axes> axesOf(const CFiducial& fiducials)
 {
-    const Vector left = placeOf(fiducials, CFiducial::leftEar);
-    const Vector right = placeOf(fiducials, CFiducial::rightEar);
+    const Vector left = positionOf(fiducials, CFiducial::leftEar);
+    const Vector right = positionOf(fiducials, CFiducial::rightEar);
     const Vector origin = sum({}, 0.5, sum(left, 1.0, right));
-    const Vector nose = unit(sum(placeOf(fiducials, CFiducial::nasion), -1.0, origin));
+    const Vector nose = unit(sum(positionOf(fiducials, CFiducial::nasion), -1.0, origin));
     const Vector toLeft = unit(sum(left, -1.0, right));
     const Vector sideways = sum(toLeft, -product(toLeft, nose), nose);
     constexpr double leastSine = 1e-5;

@@ -10,10 +10,15 @@
 
 namespace megset::cli {
 
+// GoogleTest finds it in the namespace of its argument only.
 static void PrintTo(const Finding& finding, std::ostream* out)
 {
     *out << (finding.isFault ? "fault in " : "note on ") << finding.file << ": " << finding.text;
 }
+
+} // namespace megset::cli
+
+namespace megset::cli::check_test {
 
 namespace {
 
@@ -224,4 +229,4 @@ TEST(Check, EveryPrefixOfADatasetIsJudged)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::check_test

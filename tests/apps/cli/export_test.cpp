@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::export_test {
 
 namespace {
 
@@ -206,4 +206,4 @@ TEST(ChannelSelection, NamesGoByTheirOrder)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::export_test

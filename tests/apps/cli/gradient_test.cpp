@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::gradient_test {
 
 namespace {
 
@@ -227,4 +227,4 @@ TEST_F(Gradient, SessionNameStaysInTheNewDataset)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::gradient_test

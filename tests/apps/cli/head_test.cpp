@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::head_test {
 
 namespace {
 
@@ -94,4 +94,4 @@ TEST_F(Head, RefusesAnotherFrame)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::head_test

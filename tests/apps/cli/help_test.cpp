@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::help_test {
 
 namespace {
 
@@ -46,4 +46,4 @@ TEST(Help, EveryCommandIsInTheDocumentation)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::help_test

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::import_test {
 
 namespace {
 
@@ -140,4 +140,4 @@ TEST(Demo, FolderOfSomebodyElseIsLeftAlone)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::import_test

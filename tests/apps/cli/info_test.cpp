@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::info_test {
 
 namespace {
 
@@ -234,4 +234,4 @@ TEST(TrialSummary, RestOfTheFileIsNotRead)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::info_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::kill_test {
 
 namespace {
 
@@ -52,4 +52,4 @@ TEST(KilledProgram, LeavesFilesThatCheckReadsAndJudges)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::kill_test

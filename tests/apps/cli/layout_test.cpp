@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::layout_test {
 
 namespace {
 
@@ -82,4 +82,4 @@ TEST(Layout, CommandDrawsThePicture)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::layout_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::manual_test {
 
 namespace {
 
@@ -53,4 +53,4 @@ TEST(Manual, OtherShellIsWrongUsage)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::manual_test

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::measure_test {
 
 namespace {
 
@@ -75,4 +75,4 @@ TEST_F(Measure, FaultsAreTold)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::measure_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::montage_test {
 
 namespace {
 
@@ -221,4 +221,4 @@ TEST_F(MontageCommand, OneKindIsAsked)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::montage_test

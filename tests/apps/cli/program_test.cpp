@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::program_test {
 
 namespace {
 
@@ -68,4 +68,4 @@ TEST(Program, OutputThatCannotBeWrittenIsAFailure)
 
 } // namespace
 
-} // namespace megset
+} // namespace megset::program_test

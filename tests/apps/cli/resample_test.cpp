@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::resample_test {
 
 namespace {
 
@@ -111,4 +111,4 @@ TEST(Channels, UnknownNameSwitchesNothing)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::resample_test

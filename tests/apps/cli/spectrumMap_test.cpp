@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::spectrumMap_test {
 
 namespace {
 
@@ -68,4 +68,4 @@ TEST(SpectrumMap, EmptyPlaneIsAnEmptyPicture)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::spectrumMap_test

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::spectrum_test {
 
 namespace {
 
@@ -166,4 +166,4 @@ TEST_F(Spectrum, FaultsAreTold)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::spectrum_test

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::triggers_test {
 
 namespace {
 
@@ -172,4 +172,4 @@ INSTANTIATE_TEST_SUITE_P(PulsesAndModes, PhantomTriggers,
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::triggers_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::coefficients_test {
 
 namespace {
 
@@ -181,4 +181,4 @@ TEST_F(Coefficients, AreStoredForIntegersOfTheFile)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::coefficients_test

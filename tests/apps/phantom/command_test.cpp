@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::command_test {
 
 namespace {
 
@@ -71,4 +71,4 @@ TEST_F(PhantomCommand, AFolderThatExistsIsAFailure)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::command_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::fields_test {
 
 namespace {
 
@@ -192,4 +192,4 @@ TEST(FieldOfMagnet, IsTwiceAsStrongOnItsAxisAsBesideIt)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::fields_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::instrument_test {
 
 namespace {
 
@@ -170,4 +170,4 @@ TEST(HeadPlace, GoesForthAndBack)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::instrument_test

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::options_test {
 
 namespace {
 
@@ -149,4 +149,4 @@ TEST(PhantomOptions, SizesAreBounded)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::options_test

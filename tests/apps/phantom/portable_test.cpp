@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::portable_test {
 
 namespace {
 
@@ -97,4 +97,4 @@ TEST(NarrowBandNoise, HasVarianceOneAndItsFrequency)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::portable_test

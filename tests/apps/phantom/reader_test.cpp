@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::phantom {
+namespace megset::phantom::reader_test {
 
 namespace {
 
@@ -259,4 +259,4 @@ TEST_F(PhantomIsRead, AContinuousRecordingAsOneTrial)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::reader_test

@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::phantom {
+namespace megset::phantom::recording_test {
 
 namespace {
 
@@ -433,4 +433,4 @@ TEST_F(PhantomRecording, AMissingFolderAboveIsNamed)
 
 } // namespace
 
-} // namespace megset::phantom
+} // namespace megset::phantom::recording_test

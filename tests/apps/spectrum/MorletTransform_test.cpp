@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::spectrum {
+namespace megset::spectrum::MorletTransform_test {
 
 namespace {
 
@@ -143,4 +143,4 @@ TEST(FrequencyAxis, OtherTextsAreRefused)
 
 } // namespace
 
-} // namespace megset::spectrum
+} // namespace megset::spectrum::MorletTransform_test

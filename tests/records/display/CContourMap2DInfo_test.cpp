@@ -2,7 +2,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CContourMap2DInfo_test {
 namespace {
 
 struct ContourCase
@@ -61,4 +61,4 @@ TEST(CContourMap2DInfo, LoadingLeavesTheTwelfthWord)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CContourMap2DInfo_test

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-namespace megset {
+namespace megset::CM3DIndex2Color_test {
 namespace {
 
 struct ColorCase
@@ -172,4 +172,4 @@ TEST(CM3DIndex2Color, FileWithoutARangeIsRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CM3DIndex2Color_test

@@ -11,7 +11,7 @@
 
 #include <gmock/gmock.h>
 
-namespace megset {
+namespace megset::SHOW_SHRINK_DATAF_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -177,4 +177,4 @@ TEST(ShrinkRecord, PrefixesAndBitFlipsDoNoHarm)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::SHOW_SHRINK_DATAF_test

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CEEGelectrode_test {
 namespace {
 
 CEEGelectrodezk named(const char* name)
@@ -168,4 +168,4 @@ TEST(ElectrodeLookup, AListWithoutTheNameOrNoListChangesNothing)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CEEGelectrode_test

@@ -4,7 +4,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CFiducial_test {
 namespace {
 
 struct FiduciaryPtCase
@@ -186,4 +186,4 @@ TEST(CFiducial, MinusOneSetsAllPointsUp)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFiducial_test

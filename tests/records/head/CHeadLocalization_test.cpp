@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-namespace megset {
+namespace megset::CHeadLocalization_test {
 namespace {
 
 CFiducialzk fiducialsAt(double shift)
@@ -174,4 +174,4 @@ TEST(CHeadLocalization, PointsOnALineMakeNoFrame)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CHeadLocalization_test

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGSensor_test {
 namespace {
 
 using Triple = std::array<double, 3>;
@@ -386,4 +386,4 @@ TEST(MegSensorSetUp, InfoTakesNumberTypeShapeOrderAndGains)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGSensor_test

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace megset {
+namespace megset::CMarkerData_test {
 namespace {
 
 MarkTrigClass filledPoint(std::int64_t begin)
@@ -235,4 +235,4 @@ TEST(CMarkerData, SamplesBeyondTheTypeStayAtItsLimit)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMarkerData_test

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace megset {
+namespace megset::CMarkerManager_test {
 namespace {
 
 // The contract knows the names of the other records only.
@@ -314,4 +314,4 @@ TEST(CMarkerManager, ReportTakesSamplesFarApart)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMarkerManager_test

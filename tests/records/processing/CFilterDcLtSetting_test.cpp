@@ -2,7 +2,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CFilterDcLtSetting_test {
 namespace {
 
 struct FilterCase
@@ -58,4 +58,4 @@ TEST(CFilterDcLtSetting, NewSettingHasEverythingOff)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFilterDcLtSetting_test

@@ -3,7 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CMtgUnit4CommonRef_test {
 namespace {
 
 struct IdNameCase
@@ -148,4 +148,4 @@ TEST(CMtgUnit4CommonRef, NegativeCountIsAnEmptyList)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMtgUnit4CommonRef_test

@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CCoefficientManager_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -400,4 +400,4 @@ TEST(CoefficientManager, PageShowsTheFieldsInTheirOrder)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CCoefficientManager_test

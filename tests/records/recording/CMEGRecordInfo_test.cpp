@@ -5,7 +5,7 @@
 #include "tests/records/recording/filledRecordInfo.h"
 #include "tests/records/recording/recordInfoBytes.h"
 
-namespace megset {
+namespace megset::CMEGRecordInfo_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -97,4 +97,4 @@ TEST(RecordInfoBase, TellsThatAFilterCouldNotBeMade)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGRecordInfo_test

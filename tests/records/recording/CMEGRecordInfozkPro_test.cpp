@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGRecordInfozkPro_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -319,4 +319,4 @@ TEST(RecordInfo, PageShowsTheFieldsInTheirOrder)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGRecordInfozkPro_test

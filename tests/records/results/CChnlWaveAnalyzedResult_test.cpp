@@ -2,7 +2,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CChnlWaveAnalyzedResult_test {
 namespace {
 
 CWadXzk filledWad(int kind, std::vector<double> values)
@@ -167,4 +167,4 @@ TEST(FaceWaveAnalyzedResult, AnalysisReplacesTheOneOfItsKind)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CChnlWaveAnalyzedResult_test

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CFaceIca_test {
 namespace {
 
 struct IcaCase
@@ -108,4 +108,4 @@ TEST(FaceIca, ArraysThatDoNotFitTheSizesAreRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFaceIca_test

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CFaceVirtChnlSpctm_test {
 namespace {
 
 CVirtChnlSpctmzk filledSpctm()
@@ -165,4 +165,4 @@ TEST(FaceVirtChnlSpctm, PlanesOfAnotherSizeAreRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFaceVirtChnlSpctm_test

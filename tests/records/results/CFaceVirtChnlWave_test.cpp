@@ -2,7 +2,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CFaceVirtChnlWave_test {
 namespace {
 
 CVirtChnlWavezk filledWave(double first = 1)
@@ -190,4 +190,4 @@ TEST(PkgFaceVirtChnlWave, CleaningEmptiesIt)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFaceVirtChnlWave_test

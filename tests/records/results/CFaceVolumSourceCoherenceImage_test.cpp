@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CFaceVolumSourceCoherenceImage_test {
 namespace {
 
 CVolumSourcCoherencImagzk filledImage(double first = 0)
@@ -148,4 +148,4 @@ TEST(FaceVolumSourceCoherenceImage, KeepsACopyOfEachImage)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFaceVolumSourceCoherenceImage_test

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CFaceVolumSourceImage_test {
 namespace {
 
 CVolumSourcImagzk filledImage(double first = 1)
@@ -192,4 +192,4 @@ TEST(FaceVolumSourceImage, CleaningEmptiesIt)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFaceVolumSourceImage_test

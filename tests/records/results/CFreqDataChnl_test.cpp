@@ -2,7 +2,7 @@
 
 #include "tests/kit/recordContract.h"
 
-namespace megset {
+namespace megset::CFreqDataChnl_test {
 namespace {
 
 CSumChnlFreqDatazk filledSum()
@@ -233,4 +233,4 @@ TEST(FreqDataTrial, HasASumObjectPerDataType)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CFreqDataChnl_test

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CGroupMeegCxcFace_test {
 namespace {
 
 struct GroupCase
@@ -78,4 +78,4 @@ TEST(GroupMeegCxcFace, ValuesThatDoNotFitTheGroupsAreRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CGroupMeegCxcFace_test

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CMEGSpctmCCDataFace_test {
 namespace {
 
 CMEGSpctmCCTrlDatazk filledData()
@@ -192,4 +192,4 @@ TEST(SpctmCCDataFace, TimePointIsASampleOfTheClass)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGSpctmCCDataFace_test

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CSnsCohFace_test {
 namespace {
 
 CSnsCohDatazk filledData()
@@ -190,4 +190,4 @@ TEST(SnsCohFace, DropsNullEntries)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSnsCohFace_test

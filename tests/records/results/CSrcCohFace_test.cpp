@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CSrcCohFace_test {
 namespace {
 
 struct SrcCohCase
@@ -78,4 +78,4 @@ TEST(SrcCohFace, ValuesThatDoNotFitThePairsAreRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSrcCohFace_test

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace megset {
+namespace megset::CVirtSnsPOXlist_test {
 namespace {
 
 struct PoxCase
@@ -64,4 +64,4 @@ TEST(VirtSnsPOXlist, WeightsOfAnotherNumberAreRefused)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CVirtSnsPOXlist_test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::SourceGrid_test {
 namespace {
 
 SourceGrid smallGrid()
@@ -83,4 +83,4 @@ TEST(SourceGrid, NegativeAndHugeGridsHaveNoPoints)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::SourceGrid_test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::SpctmAxes_test {
 namespace {
 
 TEST(SpctmAxes, TimePointIsStepTimesIndexBehindBeginAndEdge)
@@ -49,4 +49,4 @@ TEST(SpctmAxes, ExtremeValuesWrapAround)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::SpctmAxes_test

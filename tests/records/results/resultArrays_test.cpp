@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::resultArrays_test {
 namespace {
 
 TEST(ResultArrays, ElementCountIsTheProductOfTheDimensions)
@@ -88,4 +88,4 @@ TEST(ResultArrays, CountThatTheFileCannotHoldIsTheEndOfFile)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::resultArrays_test

@@ -9,7 +9,7 @@
 #include <limits>
 #include <set>
 
-namespace megset {
+namespace megset::CSeegProbe_test {
 namespace {
 
 struct ContactCase
@@ -354,4 +354,4 @@ TEST(CSeegProbe, ColorsGoRoundAPaletteOfSeven)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CSeegProbe_test

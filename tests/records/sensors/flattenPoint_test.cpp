@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::flattenPoint_test {
 namespace {
 
 using std::numbers::pi;
@@ -69,4 +69,4 @@ TEST(FlattenPoint, CoilsAndElectrodesAreFlattenedAlike)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::flattenPoint_test

@@ -6,7 +6,7 @@
 
 #include <numeric>
 
-namespace megset {
+namespace megset::sensorRecords_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -416,4 +416,4 @@ TEST(GeometryObject, IsDestroyedThroughItsBase)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::sensorRecords_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::Meg4_test {
 namespace {
 
 using testing::ElementsAre;
@@ -195,4 +195,4 @@ TEST_F(Meg4Files, RefuseTrialsAndBlocksThatAreNotTheirs)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::Meg4_test

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::Res4_broken_test {
 namespace {
 
 using testing::HasSubstr;
@@ -343,4 +343,4 @@ TEST(BrokenRes4, EveryBitFlipIsReadOrRefused)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::Res4_broken_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::Res4_test {
 namespace {
 
 using testing::ElementsAre;
@@ -205,4 +205,4 @@ TEST(Res4, ReadsRecordingsOf64To306Channels)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::Res4_test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::annotations_test {
 namespace {
 
 using testing::ElementsAre;
@@ -184,4 +184,4 @@ TEST_F(CtfAnnotations, HeadCoilsWithoutPlaceAreTold)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::annotations_test

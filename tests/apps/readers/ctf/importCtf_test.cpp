@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::importCtf_test {
 namespace {
 
 using testing::ElementsAre;
@@ -207,4 +207,4 @@ TEST_F(ImportCtf, ASampleFileThatBreaksOffMeanwhileIsAnError)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::importCtf_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::libraryRecords_test {
 namespace {
 
 using testing::DoubleNear;
@@ -329,4 +329,4 @@ TEST_F(CtfLibraryRecords, MarkersHaveTheSamplesOfTheirTimes)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::libraryRecords_test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::ctf {
+namespace megset::ctf::openCtf_test {
 namespace {
 
 using testing::ElementsAre;
@@ -151,4 +151,4 @@ TEST_F(OpenCtf, RefusesHeaderAndSamplesOfDifferentChannels)
 }
 
 } // namespace
-} // namespace megset::ctf
+} // namespace megset::ctf::openCtf_test
