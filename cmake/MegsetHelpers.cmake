@@ -20,20 +20,13 @@ function(megset_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=${MEGSET_SANITIZE} -fno-omit-frame-pointer
                                              -fno-sanitize-recover=all)
     target_link_options(${target} PUBLIC -fsanitize=${MEGSET_SANITIZE})
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-      # Instrumented code makes gcc see uninitialised values that are not there.
-      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
-    endif()
   endif()
 endfunction()
 
-# For programs and tests, of which compile time matters more than run time outside release builds. The fuzz preset builds
-# them only to show that clang takes them.
+# For programs and tests, of which compile time matters more than run time outside release builds.
 function(megset_target_compiles_quickly target)
   target_compile_options(${target} PRIVATE "$<$<NOT:$<CONFIG:Release>>:-O0;-g1>")
-  if(MEGSET_BUILD_FUZZ)
-    target_compile_options(${target} PRIVATE -fno-sanitize=all)
-  elseif(MEGSET_SANITIZE)
+  if(MEGSET_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=undefined)
   endif()
 endfunction()

@@ -7,7 +7,7 @@
 namespace megset {
 namespace {
 
-constexpr int planes = 6;
+constexpr int sumPlanes = 6;
 
 } // namespace
 
@@ -50,7 +50,7 @@ int CSumChnlSpctmData09File::b00serialSumChnData(CArchive& ar)
 {
     const ArchiveSection section(ar, __func__);
     exchangeShape(ar);
-    for (int plane = 0; plane < planes; ++plane)
+    for (int plane = 0; plane < sumPlanes; ++plane)
         if (dropPlaneOfGuardedRows(ar, m_nTimePt, m_nFreqPt) == BlockResult::noMemory)
             return 0;
     return 1;
@@ -61,7 +61,7 @@ int CSumChnlSpctmData09File::b00serialSumChnData_New(CArchive& ar)
 {
     const ArchiveSection section(ar, __func__);
     exchangeShape(ar);
-    for (int plane = 0; plane < planes; ++plane)
+    for (int plane = 0; plane < sumPlanes; ++plane)
         if (dropPlaneOfValues(ar, m_nTimePt, m_nFreqPt) == BlockResult::noMemory)
             return 0;
     return 1;

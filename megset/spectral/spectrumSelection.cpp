@@ -1,5 +1,7 @@
 #include "megset/spectral/spectrumSelection.h"
 
+#include "megset/numeric/wrapping.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -45,11 +47,17 @@ std::int64_t readStatistics(numeric::ConstPlane plane, const numeric::PlaneRecta
     return s.count;
 }
 
+// Both ends belong to a selection, which may be as long as numbers go.
+static std::int64_t lengthOf(std::int64_t begin, std::int64_t end)
+{
+    return numeric::wrapAdd(numeric::wrapSubtract(end, begin), 1);
+}
+
 CString readText(numeric::ConstPlane plane, const numeric::PlaneRectangle& rectangle)
 {
     CString text;
-    text.Format("X->Time %I64d   Y-Frequency %I64d \n", rectangle.timeEnd - rectangle.timeBegin + 1,
-                rectangle.freqEnd - rectangle.freqBegin + 1);
+    text.Format("X->Time %I64d   Y-Frequency %I64d \n", lengthOf(rectangle.timeBegin, rectangle.timeEnd),
+                lengthOf(rectangle.freqBegin, rectangle.freqEnd));
     const auto size = static_cast<std::int64_t>(plane.values().size());
     const std::int64_t timeEnd = std::min(rectangle.timeEnd, plane.rows() - 1);
     // A plane has no more frequencies than values, whatever the number that it is read with.

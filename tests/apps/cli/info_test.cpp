@@ -1,5 +1,6 @@
 #include "apps/cli/dataset/DatasetInfo.h"
 #include "apps/cli/dataset/TrialSummary.h"
+#include "megset/platform/sanitizers.h"
 #include "tests/apps/cli/SampleDataset.h"
 
 #include <sys/resource.h>
@@ -170,7 +171,7 @@ TEST(Info, ControlCharactersOfNamesDoNotReachTheTerminal)
     EXPECT_EQ(result.output.find('\x1b'), std::string::npos);
 }
 
-#ifndef __SANITIZE_ADDRESS__
+#if !MEGSET_ADDRESS_SANITIZER
 // In processor time, which other work on the machine doesn't lengthen.
 double childrensSeconds()
 {

@@ -1,3 +1,5 @@
+#include "megset/platform/sanitizers.h"
+
 #include "tests/apps/cli/SampleDataset.h"
 
 #include <chrono>
@@ -13,7 +15,7 @@ namespace {
 
 using testing::AnyOf;
 
-#ifdef __SANITIZE_ADDRESS__
+#if MEGSET_ADDRESS_SANITIZER
 constexpr int kills = 25; // a sanitized program takes long to start
 #else
 constexpr int kills = 200;
