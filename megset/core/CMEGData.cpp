@@ -317,8 +317,8 @@ int CMEGData::getTrialRecordVirtual(int& real, int& virt, int mode)
     }
     if (!counted)
         return 0;
-    if (real + virt != m_nTotalTrial)
-        real = m_nTotalTrial - virt;
+    // A file may have brought any counts, so that the difference may leave the range of int.
+    real = static_cast<int>(std::int64_t{m_nTotalTrial} - virt);
     return m_nTotalTrial;
 }
 

@@ -11,6 +11,7 @@
 #include "tests/kit/ScriptedHost.h"
 
 #include <filesystem>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -491,6 +492,19 @@ TEST_F(CountedTrials, AreThoseStoredWithTheRealOnesCorrected)
     EXPECT_EQ(real, 3);
     EXPECT_EQ(virt, 2);
     EXPECT_EQ(filed.trialsInMemory(), 0);
+}
+
+TEST_F(CountedTrials, StoredInAFileAsAnyNumbersStayWithinInt)
+{
+    constexpr int most = std::numeric_limits<int>::max();
+    filed.data.m_nRealTrial = most;
+    filed.data.m_nVirtualTrial = most;
+    EXPECT_EQ(count(0), 5);
+    EXPECT_EQ(virt, most);
+    EXPECT_EQ(real, 5 - most);
+    filed.data.m_nVirtualTrial = std::numeric_limits<int>::min();
+    EXPECT_EQ(count(0), 5);
+    EXPECT_EQ(real, std::numeric_limits<int>::min() + 5); // what doesn't fit wraps around
 }
 
 TEST_F(CountedTrials, AreTheVirtualOnesAtTheEnd)
