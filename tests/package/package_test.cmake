@@ -28,7 +28,7 @@ else()
   set(LIBRARY ${WORK}/library)
   must(${CMAKE_COMMAND} -S ${SOURCE} -B ${LIBRARY} -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX}
        -D BUILD_SHARED_LIBS=${SHARED} -D MEGSET_BUILD_TESTS=OFF -D MEGSET_BUILD_APPS=OFF
-       -D CMAKE_BUILD_TYPE=Debug -D CMAKE_CXX_FLAGS_DEBUG=-O0)
+       -D CMAKE_BUILD_TYPE=Debug -D CMAKE_CXX_FLAGS_DEBUG=-O0 -D MEGSET_BATCHES=ON)
   must(${CMAKE_COMMAND} --build ${LIBRARY})
 endif()
 must(${CMAKE_COMMAND} --install ${LIBRARY} --prefix ${INSTALLED})
@@ -38,9 +38,22 @@ if(EXISTS ${PREFIX}/bin/megset)
 endif()
 
 must(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/consumer -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX}
-     -D CMAKE_PREFIX_PATH=${PREFIX} -D EXPECTED_PREFIX=${PREFIX})
+     -D CMAKE_PREFIX_PATH=${PREFIX} -D EXPECTED_PREFIX=${PREFIX} -D EXAMPLES=${SOURCE}/examples)
 must(${CMAKE_COMMAND} --build ${WORK}/consumer)
 must_tell_version(${WORK}/consumer/consumer)
+
+# The example walks through a session that the program made.
+if(PROGRAM)
+  must(${PROGRAM} phantom ${WORK}/consumer/example.ds --trials 3 --seconds 1)
+  must(${PROGRAM} import ${WORK}/consumer/example.ds ${WORK}/consumer/example.meg)
+  execute_process(COMMAND ${WORK}/consumer/walkTrials ${WORK}/consumer/example.meg OUTPUT_VARIABLE output
+                  COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "ImportTrial[0-2]: 275 MEG channels, [^\n]* fT\n" trials "${output}")
+  list(LENGTH trials count)
+  if(NOT count EQUAL 3)
+    message(FATAL_ERROR "The example printed: ${output}")
+  endif()
+endif()
 
 file(GLOB_RECURSE PC_FILE ${PREFIX}/*/megset.pc)
 get_filename_component(PC_DIR "${PC_FILE}" DIRECTORY)
