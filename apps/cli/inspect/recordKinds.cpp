@@ -11,16 +11,23 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
 
 namespace megset::cli {
 
 namespace {
 
+// The operation may be a base's.
+template <class Base>
+int load(std::type_identity_t<Base>& record, int (Base::*serialize)(CArchive&), CArchive& ar)
+{
+    return (record.*serialize)(ar);
+}
+
 template <class Record, auto serialize>
 int load(CArchive& ar)
 {
-    const auto record = std::make_unique<Record>();
-    return (record.get()->*serialize)(ar);
+    return load(*std::make_unique<Record>(), serialize, ar);
 }
 
 // The files of electrodes and probes give what they hold to trials; here there are none.
