@@ -7,6 +7,8 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
+#include <limits>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -288,6 +290,8 @@ TEST(ResampledCopyMaking, ChecksTheFactorLikeResamplingInPlace)
     EXPECT_EQ(checkResampledCopy(data, 500), 0);
     EXPECT_THAT(host.messages(),
                 ElementsAre("Re-sampling factor (500) cannot be larger than half of the sampling rate (500)"));
+    for (const std::int64_t factor : {std::int64_t{0}, std::int64_t{-7}, std::numeric_limits<std::int64_t>::min()})
+        EXPECT_EQ(checkResampledCopy(data, factor), 1) << "as 1";
 }
 
 // ---- what a session is
