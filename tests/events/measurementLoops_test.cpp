@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::measurementLoops_test {
 namespace {
 
 /// Channels of random lengths, kinds and flags; some are missing.
@@ -200,4 +200,4 @@ TEST(MeasurementLoops, ChannelsChangePlacesAsInAList)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::measurementLoops_test

@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::randomReferences_test {
 namespace {
 
 /// An operator of a list; none is a null one.
@@ -296,4 +296,4 @@ TEST(RandomReferences, OfEachTargetFoundByNumberOrByNameAreThoseOfPlainLoopsToTh
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::randomReferences_test

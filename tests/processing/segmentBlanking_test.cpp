@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::segmentBlanking_test {
 namespace {
 
 using Ranges = std::vector<std::pair<std::int64_t, std::int64_t>>;
@@ -91,4 +91,4 @@ TEST(BlankedRanges, AreThoseOfAWalkOverTheSamples)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::segmentBlanking_test

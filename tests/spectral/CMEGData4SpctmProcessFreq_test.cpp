@@ -64,7 +64,7 @@ TEST(SumFreqData, OfRandomChannelsAgreeWithPlainLoops)
         double dMean = 0.0, dPos = 0.0, dNeg = 0.0, dSquare = 0.0;
         constexpr std::int64_t points = 133;
         for (int c = 0; c < count; ++c) {
-            const PlaneValues x = randomPlane(1, points, static_cast<unsigned>(50 * count + c));
+            const PlaneValues x = noisePlane(1, points, static_cast<unsigned>(50 * count + c));
             setFreqData(set.channel(c), 2, 1, x);
             double m = 0.0, p = 0.0, n = 0.0, s = 0.0;
             for (std::size_t i = 0; i < x.size(); ++i) {

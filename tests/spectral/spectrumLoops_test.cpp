@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace megset {
+namespace megset::spectrumLoops_test {
 namespace {
 
 std::int64_t clamped(std::int64_t index, std::int64_t limit)
@@ -274,4 +274,4 @@ TEST(SpectrumLoops, SpectraAreAddedAndCombinedElementByElement)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::spectrumLoops_test

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-namespace megset {
+namespace megset::trialSpectrumLoops_test {
 namespace {
 
 struct Bounds
@@ -409,4 +409,4 @@ TEST_F(AllChannelLoops, TheGainFallsOnEveryTthElementToThePlanesEnd)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::trialSpectrumLoops_test
