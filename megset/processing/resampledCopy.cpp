@@ -90,6 +90,7 @@ void setRecord(const CMEGDatazk& source, CMEGDatazk& made, const ResampledCopy& 
 
 int checkResampledCopy(const CMEGDatazk& source, std::int64_t factor)
 {
+    factor = std::max<std::int64_t>(factor, 1);
     if (!source.checkResampleFactor(factor))
         return 0;
     const std::int64_t n = source.m_recordInfo.m_nRawTotalSample / factor + 1;

@@ -16,7 +16,7 @@ struct ResampledCopy
     double sampleRate = 1.0; ///< what the copy tells as its rate, Hz
 };
 
-/// Whether a copy with that factor, at least 1, can be made: 0 with the message of
+/// Whether a copy with that factor can be made; one below 1 counts as 1. 0 with the message of
 /// CMEGData2Process::checkResampleFactor or with "Resampled data size (%I64d) is too small".
 int checkResampledCopy(const CMEGDatazk& source, std::int64_t factor);
 

@@ -420,7 +420,8 @@ protected:
         source.m_recordInfo.m_nRecPreTrigPts = 600;
         source.m_recordInfo.m_dRecSampleRate = 1200.0;
         source.m_recordInfo.m_strAcqTextA = "site";
-        source.m_headLocalization.initDefaultHeadLocalParams();
+        source.m_headLocalization.m_nWorkCoordinate = 1;
+        source.m_headLocalization.m_fidDewarMsr.getFiducialPt(CFiducial::nasion)->setFidPos(1.0, 2.0, -90.0);
         double value = 10.0;
         for (double* factor : factors(source))
             *factor = value += 1.0;

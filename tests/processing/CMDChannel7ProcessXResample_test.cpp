@@ -4,6 +4,9 @@
 #include "tests/core/filedDataset.h"
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/numeric/reference.h"
+
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -141,6 +144,47 @@ TEST(ChannelResampling, LeavesTheLastSampleZeroWhereTheCountDividesByTheFactor)
     EXPECT_THAT(wave(channel), ElementsAre(1.5, 3.5, 5.5, 0));
     EXPECT_EQ(channel.reSampleFrom(*source, true, 0), 1) << "a factor below 1 counts as 1";
     EXPECT_THAT(wave(channel), ElementsAre(1, 2, 3, 4, 5, 6, 0));
+}
+
+/// The copy as it is told: the walk ends when it has passed the samples, and leaves what is behind it at zero.
+std::vector<double> copied(const std::vector<double>& x, bool average, std::int64_t factor)
+{
+    const std::int64_t count = std::ssize(x);
+    std::vector<double> to(static_cast<std::size_t>(count / factor + 1), 0.0);
+    for (std::int64_t k = 0, s = 0; k < std::ssize(to);) {
+        s = std::min(s, count - 1);
+        double value = x[static_cast<std::size_t>(s)];
+        if (factor >= 2 && average) {
+            value = 0.0;
+            for (std::int64_t j = 0; j < factor; ++j)
+                value += x[static_cast<std::size_t>(std::min(s + j, count - 1))];
+            value /= static_cast<double>(factor);
+        }
+        to[static_cast<std::size_t>(k++)] = value;
+        s += factor;
+        if (s >= count)
+            break;
+    }
+    return to;
+}
+
+TEST(ChannelResampling, OfRandomChannelsIntoAnotherAgreesWithThePlainLoop)
+{
+    std::mt19937 random(31);
+    for (int round = 0; round < 200; ++round) {
+        const auto working = numeric::randomSamples(1 + random() % 900, static_cast<unsigned>(random()));
+        const auto raw = numeric::randomSamples(1 + random() % 900, static_cast<unsigned>(random()));
+        CMDChannelzk source;
+        ASSERT_EQ(source.initDataBk(std::ssize(working), std::ssize(raw), true), 1);
+        std::copy(working.begin(), working.end(), source.getDataWave());
+        std::copy(raw.begin(), raw.end(), source.getBkData());
+        const bool average = random() % 2 == 0;
+        const auto factor = static_cast<std::int64_t>(1 + random() % (round % 4 == 0 ? 1200 : 12));
+        CMDChannelzk channel;
+        ASSERT_EQ(channel.reSampleFrom(source, average, factor), 1);
+        EXPECT_TRUE(numeric::sameSamples(wave(channel), copied(working, average, factor))) << "by " << factor;
+        EXPECT_TRUE(numeric::sameSamples(backup(channel), copied(raw, average, factor))) << "by " << factor;
+    }
 }
 
 TEST(ChannelResampling, NeedsWorkingAndRawSamplesOfTheOtherChannel)

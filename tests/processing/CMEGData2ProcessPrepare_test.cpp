@@ -3,6 +3,9 @@
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/numeric/reference.h"
+
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -68,6 +71,39 @@ TEST(TrialRebuild, TheDatasetStaysWhereTheTrialsCountFits)
     EXPECT_EQ(data.reSampleTrl4DcOffFilt(&trial), 1);
     EXPECT_EQ(data.m_recordInfo.m_nResampleFactor, 2);
     EXPECT_EQ(wave(*trial.getChannel(0)), resampled(channelValues(0, 0, 30), false, 2, 16));
+}
+
+TEST(TrialRebuild, AgreesWithThePlainLoopForRandomTrials)
+{
+    std::mt19937 random(37);
+    for (int round = 0; round < 60; ++round) {
+        CMEGDatazk data;
+        ASSERT_EQ(data.initMEGData(1, 3, 1), 1);
+        CMDTrialzk& trial = *data.getTrialzk(0);
+        std::vector<std::vector<double>> raw;
+        for (int i = 0; i < 3; ++i) {
+            raw.push_back(numeric::randomSamples(1 + random() % 2000, static_cast<unsigned>(random())));
+            trial.getChannel(i)->addData(std::ssize(raw.back()), raw.back().data());
+            trial.getChannel(i)->getDataWave()[0] = -1.0;
+        }
+        const auto step = static_cast<std::int64_t>(1 + random() % 9);
+        const auto factor = random() % 2 == 0 ? step : static_cast<std::int64_t>(1 + random() % 40);
+        recordAs(data, 5000);
+        data.m_recordInfo.m_nResampleFactor = factor;
+        data.m_recordInfo.m_bResampleAverage = round % 2;
+        trial.m_nTrialResampleStep = step;
+        trial.m_bTrialResampled = (round / 2) % 2;
+        // None of the trials has the record's count, so that one with another step resets the dataset.
+        const bool resets = step != factor;
+        const bool average = (resets ? trial.m_bTrialResampled : data.m_recordInfo.m_bResampleAverage) != 0;
+        ASSERT_EQ(data.reSampleTrl4DcOffFilt(&trial), 1);
+        EXPECT_EQ(data.m_recordInfo.m_nResampleFactor, step);
+        for (int i = 0; i < 3; ++i) {
+            const auto& x = raw[static_cast<std::size_t>(i)];
+            const auto expected = step > 1 ? resampled(x, average, step, std::ssize(x) / step + 1) : x;
+            EXPECT_TRUE(numeric::sameSamples(wave(*trial.getChannel(i)), expected)) << "by " << step;
+        }
+    }
 }
 
 TEST(TrialRebuild, SurvivesFactorsThatNoOneCanMean)

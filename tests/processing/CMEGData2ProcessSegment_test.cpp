@@ -288,6 +288,17 @@ TEST(SegmentCut, CutsAllTrials)
     EXPECT_THAT(filed.waveOf(1, 0), ElementsAre(10000, 10005, 0));
 }
 
+TEST(SegmentCut, OfResampledSamplesEndsWithAZeroInPlaceOfTheOneMore)
+{
+    RecordedDataset filed(1, 1, 13);
+    ASSERT_EQ(filed.data.reSampleData(false, 2, true), 1);
+    ASSERT_EQ(filed.waveOf(0, 0), (std::vector<double>{0, 2, 4, 6, 8, 10, 12}));
+    mark(filed.data, {{1, 2}});
+    EXPECT_EQ(segmentCut(filed.data, 0), 1);
+    EXPECT_THAT(filed.waveOf(0, 0), ElementsAre(0, 6, 8, 10, 0));
+    EXPECT_EQ(filed.data.m_recordInfo.m_nRecTotalSample, 5);
+}
+
 TEST(SegmentCut, TheRawSamplesBringTheDataBack)
 {
     RecordedDataset filed(1, 1, 6);

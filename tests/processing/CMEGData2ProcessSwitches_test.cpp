@@ -36,7 +36,9 @@ TEST(FilterState, WithNoSettingEverAppliedTheRangeIsUpToHalfTheRate)
     CMEGDatazk data;
     at1200Hz(data);
     EXPECT_EQ(filterRange(data), Range(0.0, 600.0));
-    data.m_recordInfo.m_dRecSampleRate /= 2.0; // re-sampling by 2
+    data.m_recordInfo.m_dRawSampleRate = 1200.0;
+    data.m_recordInfo.m_nRawTotalSample = 1000;
+    ASSERT_EQ(data.reSampleData(false, 2, true), 1);
     EXPECT_EQ(filterRange(data), Range(0.0, 300.0));
 }
 

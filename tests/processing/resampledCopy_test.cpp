@@ -2,9 +2,12 @@
 
 #include "tests/processing/resampledDataset.h"
 
+#include "megset/platform/CArchiveException.h"
 #include "megset/platform/CDocument.h"
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -229,7 +232,38 @@ TEST(ResampledCopyMaking, ShowsTheMegMeasureChannelsWhereThereAreTwo)
     host.expectNoMessages();
 }
 
-TEST(ResampledCopyMaking, WhereMemoryEndsKeepsTheTrialsMadeSoFar)
+TEST(ResampledCopyMaking, WhereMemoryEndsInALaterTrialKeepsTheOneBefore)
+{
+    int keptOne = 0;
+    for (std::int64_t n = 1;; ++n) {
+        const ScriptedHost host;
+        RecordedDataset filed(2, 1, 10);
+        NewDataset made;
+        int done = 0;
+        std::int64_t failures = 0;
+        {
+            const FailingAllocator failing(n);
+            try {
+                done = copyResampled(filed.data, made.data, {true, false, 2, 500.0});
+            } catch (const CArchiveException&) {
+                continue; // of a trial's file, which could not be held
+            }
+            failures = failing.failures();
+        }
+        if (failures == 0)
+            break;
+        if (done)
+            continue;
+        ASSERT_LT(made.data.getTotalTrial(), 2);
+        keptOne += made.data.getTotalTrial();
+        for (int i = 0; i < made.data.getTotalTrial(); ++i)
+            EXPECT_EQ(made.waveOf(i), withZero(resampled(channelValues(i, 0, 10), false, 2, 5)));
+        EXPECT_EQ(made.data.m_recordInfo.m_dRawSampleRate, 1000.0) << "nothing more is done";
+    }
+    EXPECT_GT(keptOne, 1);
+}
+
+TEST(ResampledCopyMaking, WhereMemoryEndsTheSourceStaysAsItWas)
 {
     RecordedDataset filed(1, 2, 10);
     makeMeg(filed, 1);
@@ -256,6 +290,8 @@ TEST(ResampledCopyMaking, ChecksTheFactorLikeResamplingInPlace)
     EXPECT_EQ(checkResampledCopy(data, 500), 0);
     EXPECT_THAT(host.messages(),
                 ElementsAre("Re-sampling factor (500) cannot be larger than half of the sampling rate (500)"));
+    for (const std::int64_t factor : {std::int64_t{0}, std::int64_t{-7}, std::numeric_limits<std::int64_t>::min()})
+        EXPECT_EQ(checkResampledCopy(data, factor), 1) << "as 1";
 }
 
 // ---- what a session is
@@ -266,9 +302,16 @@ TEST(SessionCopy, TakesRecordTriggersHeadAndFiducials)
     recordAs(source, 77);
     addMarker(source.m_mkTrig, {1});
     addMarker(source.m_mkTrigRecord, {2, 3});
-    source.m_headLocalization = CHeadLocalizationzk();
+    source.m_headLocalization.m_nWorkCoordinate = 2;
+    source.m_headLocalization.m_fidDewarMsr.getFiducialPt(CFiducial::nasion)->setFidPos(1.0, 2.0, -90.0);
+    source.m_fidEegMeasure.getFiducialPt(CFiducial::leftEar)->setFidPos(70.0, 0.0, 1.0);
+    source.m_fidWorkEeg.getFiducialPt(CFiducial::leftEar)->setFidPos(71.0, 0.0, 2.0);
     CMEGDatazk data;
     EXPECT_EQ(data.copyMegInfo(&source), 1);
+    EXPECT_TRUE(data.m_headLocalization == source.m_headLocalization);
+    EXPECT_TRUE(data.m_fidEegMeasure == source.m_fidEegMeasure);
+    EXPECT_TRUE(data.m_fidWorkEeg == source.m_fidWorkEeg);
+    EXPECT_FALSE(data.m_fidEegMeasure == data.m_fidWorkEeg);
     EXPECT_EQ(data.m_recordInfo.m_nRawTotalSample, 77);
     EXPECT_EQ(data.m_mkTrig, source.m_mkTrig);
     EXPECT_EQ(data.m_mkTrigRecord, source.m_mkTrigRecord);

@@ -48,6 +48,22 @@ TEST(ResampleDialog, RemindsOfTheBandsWithTheThirdSelected)
     EXPECT_EQ(CDlgReSamplingMEGData::analysisWidest, "Fast Ripple: 250-600Hz");
 }
 
+TEST(ResampleDialog, LabelsItsControls)
+{
+    using Dialog = CDlgReSamplingMEGData;
+    EXPECT_EQ(Dialog::allTrialsLabel, "All Trials");
+    EXPECT_EQ(Dialog::averageLabel, "Averaging Sample (low-pass filter)");
+    EXPECT_EQ(Dialog::makeNewDatasetLabel, "Make a New Dataset");
+    EXPECT_EQ(Dialog::factorLabel, "Re-sampling Ratio");
+    EXPECT_EQ(Dialog::analysisLabel, "Analysis Frequency");
+    EXPECT_EQ(Dialog::preTriggerLabel, "Pre-Trigger Points");
+    EXPECT_EQ(Dialog::setNewLabel, "Set New");
+    EXPECT_EQ(Dialog::loadOldLabel, "Load Old");
+    EXPECT_EQ(Dialog::updateLabel, "Update");
+    EXPECT_EQ(Dialog::applyLabel, "Apply");
+    EXPECT_EQ(Dialog::exitLabel, "Exit");
+}
+
 TEST(ResampleDialog, TakesThePreTriggerPointsWhenItOpens)
 {
     CMEGDatazk data;
