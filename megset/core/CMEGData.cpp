@@ -185,7 +185,7 @@ void CMEGData::warnOfChangedSamples(const CMDTrialzk& trial) const
 
 int CMEGData::saveAllTrials()
 {
-    if (m_nTotalTrial < 1 || !m_ppTrial || !checkPathsMatchTrials())
+    if (m_nTotalTrial < 1 || !checkPathsMatchTrials() || !m_ppTrial)
         return 0;
     for (int i = 0; i < m_nTotalTrial; ++i) {
         if (m_ppTrial[i] != nullptr && !saveTrialAt(i)) {
