@@ -14,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicBadFiles_test {
 namespace {
 
 using ::testing::Each;
@@ -295,4 +295,4 @@ TEST_F(ReadOnlyTrialFiles, AreToldWithTheirPathsWhenANewDatasetIsMadeBesideThem)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicBadFiles_test

@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicMemory_test {
 namespace {
 
 // Three trials of two channels with five samples in files; the second one is open, and its first sample is -3.
@@ -249,4 +249,4 @@ TEST_P(ShortOfMemory, AFileThatIsAddedLeavesTheOthers)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicMemory_test

@@ -15,7 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::CMEGData9FileA00BasicNames_test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -347,4 +347,4 @@ TEST_F(TrialsWithoutRoomForTheirNames, HaveTheirSessionInTheDatasetsFile)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::CMEGData9FileA00BasicNames_test
