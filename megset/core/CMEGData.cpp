@@ -185,7 +185,7 @@ void CMEGData::warnOfChangedSamples(const CMDTrialzk& trial) const
 
 int CMEGData::saveAllTrials()
 {
-    if (m_nTotalTrial < 1 || !m_ppTrial || !checkPathsMatchTrials())
+    if (m_nTotalTrial < 1 || !checkPathsMatchTrials() || !m_ppTrial)
         return 0;
     for (int i = 0; i < m_nTotalTrial; ++i) {
         if (m_ppTrial[i] != nullptr && !saveTrialAt(i)) {
@@ -227,8 +227,11 @@ int CMEGData::storeTrialAt(int index)
     return 0;
 }
 
+// One that had no file yet notes the path that it was meant for, since its place may go.
 void CMEGData::keepUnsavedTrial(std::unique_ptr<CMDTrialzk> trial, int place)
 {
+    if (trial->m_strTrialFilePath.IsEmpty() && place >= 0 && place < m_aTrialFilePath.GetSize())
+        trial->m_strTrialFilePath = m_aTrialFilePath.GetAt(place);
     m_aUnsavedPlace.push_back(place);
     m_aUnsavedTrial.Add(std::move(trial));
 }

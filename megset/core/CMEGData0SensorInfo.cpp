@@ -151,7 +151,7 @@ namespace {
 double slowSum(const CMDTrialzk& trial, const CCoefficientDatazk& record, double sensorGain, std::int64_t i)
 {
     double s = 0.0;
-    for (int k = 0; k < std::min(record.m_nCoefCount, CCoefficientData::maxReferences); ++k) {
+    for (int k = 0; k < record.usedReferences(); ++k) {
         const auto at = static_cast<std::size_t>(k);
         const CString& name = record.m_aCoefRefName[at];
         s += record.m_aCoefValue[at] * trial.getChannelPt4Name(name)->getDataWave()[i] *

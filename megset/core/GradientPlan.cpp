@@ -81,7 +81,7 @@ GradientPlan::Terms GradientPlan::termsOf(const CMDChannelzk& channel, const CCo
 {
     Terms terms;
     const double sensorGain = channel.getMEGSensorzk()->sensorGain();
-    const int count = std::min(record.m_nCoefCount, CCoefficientData::maxReferences);
+    const int count = record.usedReferences();
     for (int k = 0; k < count; ++k) {
         const auto at = static_cast<std::size_t>(k);
         const Reference& reference = referenceOf(record.m_aCoefRefName[at]);

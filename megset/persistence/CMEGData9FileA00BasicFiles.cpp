@@ -140,10 +140,14 @@ void CMEGData9FileA00Basic::moveTrial(int place, bool wasInMemory, CStringArray&
     CMDTrialzk& trial = *m_ppTrial[place];
     const CString name = trial.m_strTrialName.IsEmpty() ? CString::formatted("Trial%d", place) : trial.m_strTrialName;
     const CString stem = CString::formatted("%s%s%s", m_strTrialFolder, m_strSessionName, name);
-    if (saveTrialAs(trial, freePath(stem, place, moved), name))
+    if (saveTrialAs(trial, freePath(stem, place, moved), name)) {
         moved.Add(trial.m_strTrialFilePath);
-    else if (wasInMemory)
+        // What was in memory is in the new file alone, also where a later trial ends the move.
+        if (wasInMemory && place < m_aTrialFilePath.GetSize())
+            m_aTrialFilePath.SetAt(place, trial.m_strTrialFilePath);
+    } else if (wasInMemory) {
         keepWhatIsInMemory(place);
+    }
     m_ppTrial.set(place, nullptr);
 }
 

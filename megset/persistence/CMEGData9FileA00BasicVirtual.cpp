@@ -261,7 +261,7 @@ int CMEGData9FileA00Basic::wkVtTrialReturn(CMDTrialzk* trial)
         return 0;
     CString path = pathAt(m_aTrialFilePath, trial->m_nTrialIndex);
     const int place = static_cast<int>(trial->m_nTrialIndex);
-    if (place >= m_nTotalTrial)
+    if (place >= m_nTotalTrial || !m_ppTrial)
         return 0;
     if (path != trial->m_strTrialFilePath &&
         AfxMessageBox("The work trial has been changed  or corrupted! continue?", MB_YESNO) != IDYES)

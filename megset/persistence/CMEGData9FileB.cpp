@@ -173,6 +173,7 @@ void CMEGData9FileB::cleanTrialList(CArchive& ar)
         return;
     _cleanDatasetTrials();
     m_aTrialFilePath.RemoveAll();
+    removeUnsavedPlaces(); // those of the former dataset go to their own files
 }
 
 void CMEGData9FileB::exchangePaths(CArchive& ar, CStringArray& paths, std::string_view name)

@@ -121,6 +121,19 @@ TEST_F(FiledTrials, AreNotOpenedWhereThePathsAreOfAnotherNumber)
     EXPECT_THAT(host.messages(), ElementsAre("File path and trial error!", "File path and trial error!"));
 }
 
+TEST_F(FiledTrials, OfAnotherNumberThanThePathsAreToldWithoutAPlaceToo)
+{
+    const ScriptedHost host;
+    EXPECT_EQ(CMEGDatazk().saveAllTrials(), 0);
+    host.expectNoMessages();
+    data.m_ppTrial.reset();
+    EXPECT_EQ(data.saveAllTrials(), 0);
+    host.expectNoMessages();
+    data.m_aTrialFilePath.RemoveAt(2);
+    EXPECT_EQ(data.saveAllTrials(), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("File path and trial error!"));
+}
+
 TEST_F(FiledTrials, AreFoundBesideTheDatasetAndTheListFollows)
 {
     const TemporaryFolder moved;

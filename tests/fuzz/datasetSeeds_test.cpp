@@ -1,5 +1,5 @@
-// The first files of the corpora of fuzz/dataset_fuzz.cpp and fuzz/recording_fuzz.cpp. With MEGSET_WRITE_SEEDS set the
-// tests write them; otherwise they compare them.
+// The first files of the corpora of fuzz/dataset_fuzz.cpp, fuzz/recording_fuzz.cpp and fuzz/coefficients_fuzz.cpp. With
+// MEGSET_WRITE_SEEDS set the tests write them; otherwise they compare them.
 
 #include "tests/fuzz/seedFiles.h"
 #include "tests/persistence/datasetRecord.h"
@@ -67,16 +67,19 @@ TEST(DatasetFuzzSeeds, AllKnownVersionsLoad)
 // ---- recording information
 
 // The first byte of an input says which record the rest is.
-enum Kind : std::uint8_t
+enum RecordingKind : std::uint8_t
 {
     information,
-    coefficients,
-    coefficientRecord,
     basicInformation
+};
+enum CoefficientsKind : std::uint8_t
+{
+    coefficients,
+    coefficientRecord
 };
 
 template <class Record>
-ByteBuilder recordingSeed(Kind kind, Record&& record)
+ByteBuilder recordingSeed(std::uint8_t kind, Record&& record)
 {
     return ByteBuilder().u8(kind).append(recordBytes(record));
 }
@@ -107,12 +110,68 @@ TEST(RecordingFuzzSeeds, AreWhatTheyAreSaidToBe)
         seeds["information_" + std::to_string(version)] = informationSeed(version).bytes();
     seeds["information_empty"] = recordingSeed(information, CMEGRecordInfozkProzk()).bytes();
     seeds["basic"] = recordingSeed(basicInformation, basic).bytes();
-    seeds["coefficients"] = recordingSeed(coefficients, info.m_coefficients).bytes();
-    seeds["coefficients_empty"] = recordingSeed(coefficients, CCoefficientManagerzk()).bytes();
-    seeds["coefficients_null"] =
-        ByteBuilder().u8(coefficients).wide("SENSORCOEFFICIENTZK").i32(20080104).i32(2).i32(0).i32(2).zeros(8).bytes();
-    seeds["coefficient_record"] = recordingSeed(coefficientRecord, CCoefficientDatazk()).bytes();
     compareOrWrite("recording_fuzz", seeds);
+}
+
+// ---- coefficients
+
+CCoefficientDatazk coefficientsOf(const CString& sensor, int order, int count)
+{
+    CCoefficientDatazk record;
+    record.m_strCoefSensorName = sensor;
+    record.m_nCoefType = CCoefficientData::getCoefficientType(order, true, false);
+    record.m_nCoefCount = count;
+    record.m_aCoefRefName[0] = "R0";
+    record.m_aCoefRefName[1] = "R1";
+    record.m_aCoefValue[0] = 0.5;
+    record.m_aCoefValue[1] = -2.0;
+    return record;
+}
+
+ByteBuilder collection(std::int32_t version, std::int32_t listed)
+{
+    return ByteBuilder().u8(coefficients).wide("SENSORCOEFFICIENTZK").i32(version).i32(2).i32(0).i32(listed);
+}
+
+// Two sensors with two references each, for two orders, and an absent entry between them.
+ByteBuilder collectionOfSensors(int count)
+{
+    ByteBuilder bytes = collection(20080104, 5);
+    for (const char* sensor : {"A", "B"}) {
+        bytes.i32(1).append(recordBytes(coefficientsOf(sensor, 1, count)));
+        bytes.i32(1).append(recordBytes(coefficientsOf(sensor, 3, count)));
+        if (*sensor == 'A')
+            bytes.i32(0);
+    }
+    return bytes;
+}
+
+TEST(CoefficientsFuzzSeeds, AreWhatTheyAreSaidToBe)
+{
+    Seeds seeds;
+    seeds["empty"] = recordingSeed(coefficients, CCoefficientManagerzk()).bytes();
+    seeds["null"] = collection(20080104, 2).zeros(8).bytes();
+    seeds["sensors"] = collectionOfSensors(2).bytes();
+    seeds["sensors_count_beyond"] = collectionOfSensors(INT32_MAX).bytes();
+    seeds["sensors_count_below"] = collectionOfSensors(-1).bytes();
+    seeds["impossible_count"] = collection(20080104, INT32_MAX).i32(1).bytes();
+    seeds["version_unknown"] = collection(20080105, 0).bytes();
+    seeds["inner_tag"] = collection(20080104, 1).i32(1).wide("DATASETINFOS").i32(20080104).bytes();
+    seeds["inner_version"] = collection(20080104, 1).i32(1).wide("DATASETINFO").i32(20080105).bytes();
+    seeds["record"] = recordingSeed(coefficientRecord, coefficientsOf("A", 1, 2)).bytes();
+    seeds["record_empty"] = recordingSeed(coefficientRecord, CCoefficientDatazk()).bytes();
+    compareOrWrite("coefficients_fuzz", seeds);
+}
+
+TEST(CoefficientsFuzzSeeds, SensorsLoad)
+{
+    const ByteBuilder bytes = collectionOfSensors(2);
+    LoadingArchive archive(std::span(bytes.bytes()).subspan(1));
+    CCoefficientManagerzk manager;
+    EXPECT_EQ(manager.serialize(*archive), 1);
+    EXPECT_EQ(archive->bytesLeft(), 0U);
+    EXPECT_EQ(manager.getCoefficientsData()->GetSize(), 4);
+    EXPECT_NE(manager.getSensorCoefRecord("B", 3, true, false), nullptr);
 }
 
 TEST(RecordingFuzzSeeds, AllKnownVersionsLoad)

@@ -45,15 +45,15 @@ private:
     AllocationHook m_outerHook;
 };
 
-/// Runs `body` with its 1st, 2nd, ... allocation failing until a run goes through without a failure. Returns how many
-/// failures were tried.
+/// Runs `body` with its 1st, 2nd, ... allocation failing, alone or with all that follow, until a run goes through
+/// without a failure. Returns how many failures were tried.
 template <class Body>
-std::int64_t forEachAllocationFailure(Body&& body)
+std::int64_t forEachAllocationFailure(Body&& body, FailingAllocator::Failing failing = FailingAllocator::Failing::Once)
 {
     constexpr std::int64_t tooMany = 1'000'000;
     for (std::int64_t n = 1; n <= tooMany; ++n) {
         SCOPED_TRACE(::testing::Message() << "allocation " << n << " fails");
-        const FailingAllocator failAt(n);
+        const FailingAllocator failAt(n, failing);
         body();
         if (failAt.failures() == 0)
             return n - 1;

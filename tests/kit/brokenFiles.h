@@ -35,6 +35,12 @@ void expectEveryPrefixRefused(const std::vector<std::byte>& bytes, Load load, st
         ASSERT_EQ(tryLoading(std::span(bytes).first(length), load), 0) << length << " bytes";
 }
 
+/// What the reader of a record with its own tag says of another record.
+inline CString otherKind(const CString& tag)
+{
+    return tag + ": The record is of another kind or corrupted!";
+}
+
 /// Runs `use(bytes)` with single bits changed: all of a small file, of larger ones a part in which every bit of a byte
 /// is met.
 template <class Use>

@@ -211,6 +211,17 @@ TEST_F(MovedTrials, AreListedAsTheyWereWhenOneCannotBeOpened)
     EXPECT_EQ(waveOf(2, 0), channelValues(2, 0, 5));
 }
 
+TEST_F(MovedTrials, GoOnWhereThereAreMoreOfThemThanPaths)
+{
+    CMEGDatazk inMemory;
+    inMemory.initMEGData(1, 1, 3);
+    EXPECT_EQ(inMemory.moveTrlFile2DocFold(&document), 1);
+    ASSERT_EQ(inMemory.m_aTrialFilePath.GetSize(), 1);
+    EXPECT_EQ(inMemory.m_aTrialFilePath[0], path("new\\studyTrial0.trl"));
+    EXPECT_NE(inMemory.getTrialzk(0), nullptr);
+    EXPECT_THAT(host.calls(), IsEmpty());
+}
+
 TEST_F(MovedTrials, ThatCannotBeWrittenHaveNoPath)
 {
     filed.folder.makeFolder("new\\studyTrial1.trl");

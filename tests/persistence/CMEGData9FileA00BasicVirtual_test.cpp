@@ -359,6 +359,15 @@ TEST_F(WorkTrial, IsVirtualWhereOnlySuchAreAskedFor)
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
+TEST_F(WorkTrial, WithoutChannelsIsNotLent)
+{
+    filed.writeTrial(1, *makeTrial(1, 0, 0));
+    EXPECT_EQ(rent(1), nullptr); // opening it tells no, but it is there
+    EXPECT_NE(data.getMDTrial(1), nullptr);
+    EXPECT_NE(rent(1), nullptr);
+    EXPECT_THAT(host.calls(), IsEmpty());
+}
+
 TEST_F(WorkTrial, StaysInItsPlaceWhenItCannotBeSaved)
 {
     editAndLoseFile(1, -3.0);
@@ -456,6 +465,16 @@ TEST_F(WorkTrial, OutsideTheListRaisesAndStaysTheCallers)
     data.m_aTrialFilePath.Add(path("fourth.trl"));
     EXPECT_EQ(giveBack(rented), 0); // a path, but no place
     EXPECT_THAT(host.messages(), ::testing::Each(CString("File path and trial error!")));
+}
+
+TEST_F(WorkTrial, StaysTheCallersWhereTheDatasetHasNoPlaces)
+{
+    auto rented = rent(1);
+    data.m_ppTrial.reset();
+    EXPECT_EQ(giveBack(rented), 0);
+    ASSERT_NE(rented, nullptr);
+    EXPECT_EQ(wave(*rented->getChannel(0)), channelValues(1, 0, 5));
+    EXPECT_THAT(host.calls(), IsEmpty());
 }
 
 TEST_F(WorkTrial, DoesNotEndACopyThatCannotBeSaved)

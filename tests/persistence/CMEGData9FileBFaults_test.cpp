@@ -9,6 +9,7 @@
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/kit/brokenFiles.h"
 
 #include <algorithm>
 #include <memory>
@@ -40,15 +41,9 @@ private:
     CUserHost* m_former;
 };
 
-// Loads what may be broken: 1 as the file says, 0 also for its early end.
 int tryLoad(CMEGDatazk& dataset, std::span<const std::byte> bytes)
 {
-    try {
-        return load(dataset, bytes);
-    } catch (const CArchiveException& exception) {
-        EXPECT_EQ(exception.m_cause, CArchiveException::endOfFile);
-        return 0;
-    }
+    return tryLoading(bytes, [&](CArchive& ar) { return dataset.serializezk(ar); });
 }
 
 // Whatever a broken file left, the dataset can be read into, written, and read back.
@@ -98,13 +93,12 @@ TEST_F(BrokenDatasetFile, EveryPrefixEndsInAnExceptionOrAnError)
 {
     const ScriptedHost host;
     for (const std::int32_t version : versions) {
-        const std::vector<std::byte> bytes = record(version, smallParts(version)).bytes();
+        SCOPED_TRACE(version);
         // All of the newest and the oldest file, and of the others each 29th.
         const std::size_t step = version == newest || version == 20080609 ? 1 : 29;
-        for (std::size_t length = 0; length < bytes.size(); length += step) {
-            CMEGDatazk dataset;
-            ASSERT_EQ(tryLoad(dataset, std::span(bytes).first(length)), 0) << version << ", " << length << " bytes";
-        }
+        expectEveryPrefixRefused(
+            record(version, smallParts(version)).bytes(), [](CArchive& ar) { return CMEGDatazk().serializezk(ar); },
+            step);
     }
 }
 
@@ -125,25 +119,18 @@ TEST_F(BrokenDatasetFile, ADatasetThatWasReadInPartCanBeUsed)
 TEST_F(BrokenDatasetFile, SingleBitFlipsDoNoHarm)
 {
     const Silence silence;
-    for (const std::int32_t version : {20080609, 20190725, newest}) {
-        std::vector<std::byte> bytes = record(version, smallParts(version)).bytes();
-        const std::size_t step = bytes.size() / 1024 * 2 + 1; // odd, so that every bit of a byte is met
-        for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += step) {
-            SCOPED_TRACE("bit " + std::to_string(bit));
-            const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-            bytes[bit / 8] ^= mask;
+    for (const std::int32_t version : {20080609, 20190725, newest})
+        forEachBitFlip(record(version, smallParts(version)).bytes(), [](std::span<const std::byte> bytes) {
             CMEGDatazk dataset;
             const int done = tryLoad(dataset, bytes);
             dataset.m_ppTrial.reset(); // trials are not what is looked at
-            if (done == 1) {
-                const std::vector<std::byte> again = stored(dataset);
-                CMEGDatazk copy;
-                ASSERT_EQ(tryLoad(copy, again), 1);
-                ASSERT_TRUE(sameBytes(stored(copy), again));
-            }
-            bytes[bit / 8] ^= mask;
-        }
-    }
+            if (done != 1)
+                return;
+            const std::vector<std::byte> again = stored(dataset);
+            CMEGDatazk copy;
+            ASSERT_EQ(tryLoad(copy, again), 1);
+            ASSERT_TRUE(sameBytes(stored(copy), again));
+        });
 }
 
 TEST_F(BrokenDatasetFile, AnotherTagIsRefusedWithNothingChanged)
@@ -256,11 +243,6 @@ TEST_F(BrokenDatasetFile, FlagsThatTheFileEndsAmongRaiseTheEndOfFile)
 }
 
 // ---- inner records that fail
-
-CString otherKind(const char* tag)
-{
-    return CString(tag) + ": The record is of another kind or corrupted!";
-}
 
 TEST_F(BrokenDatasetFile, ARecordThatFailsEndsTheLoadWithItsOwnTextAlone)
 {

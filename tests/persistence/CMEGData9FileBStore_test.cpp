@@ -114,6 +114,20 @@ TEST_F(StoredDataset, ATrialThatCannotBeSavedEndsTheStepAndIsKeptAmongTheUnsaved
     EXPECT_THAT(namesInFiles(), ElementsAre(CString("stored"), CString("stored"), CString("Trial2")));
 }
 
+TEST_F(StoredDataset, WhatIsReadOverItGivesNoPathToItsUnsavedTrials)
+{
+    blockFile(1);
+    store();
+    ASSERT_EQ(data.getUnsavedTrials().GetSize(), 1);
+    FiledDataset other(3, 1, 4);
+    ASSERT_EQ(datasetRecord::load(data, datasetRecord::stored(other.data)), 1);
+    std::filesystem::remove(native(1));
+    EXPECT_EQ(data.saveUnsavedTrials(), 0);
+    EXPECT_EQ(filed.readTrial(1)->m_strTrialName, CString("stored")); // the former dataset's file
+    EXPECT_EQ(data.getTrialzk(1)->m_strTrialName, CString("Trial1"));
+    EXPECT_EQ(data.m_aTrialFilePath[1], other.path(1));
+}
+
 TEST_F(StoredDataset, ATrialSavedUnderAnotherNameGivesItsPathToTheListBehindTheFile)
 {
     std::filesystem::remove(native(0));

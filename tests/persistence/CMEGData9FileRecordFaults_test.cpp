@@ -148,7 +148,6 @@ TEST_F(BrokenAcquisition, ImpossibleCountsOfFlagsFailWithoutAMessage)
 TEST_F(BrokenAcquisition, ARecordThatFailsEndsTheLoadWithItsOwnTextAlone)
 {
     const ByteBuilder other = ByteBuilder().wide("ANOTHERZK");
-    const CString isOther = ": The record is of another kind or corrupted!";
     const std::pair<ByteBuilder datasetRecord::Parts::*, const char*> records[] = {
         {&Parts::head, "HEADLOCALIZATIONZK"},
         {&Parts::filter, "FILTERDCLTZK"},
@@ -159,16 +158,16 @@ TEST_F(BrokenAcquisition, ARecordThatFailsEndsTheLoadWithItsOwnTextAlone)
         for (const auto& [part, tag] : records) {
             Parts parts;
             parts.*part = other;
-            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre(CString(tag) + isOther));
+            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre(otherKind(tag)));
         }
         for (std::size_t i = 0; i < 8; ++i) {
             Parts parts;
             parts.markers[i] = other;
-            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre("MARKERMANAGERZK" + isOther));
+            EXPECT_THAT(messagesOf(parts, 0, number), ElementsAre(otherKind("MARKERMANAGERZK")));
         }
         Parts cut;
         cut.cut = ByteBuilder().i32(0).i32(0).append(other);
-        EXPECT_THAT(messagesOf(cut, 0, number), ElementsAre("MARKERMANAGERZK" + isOther));
+        EXPECT_THAT(messagesOf(cut, 0, number), ElementsAre(otherKind("MARKERMANAGERZK")));
     }
 }
 
@@ -176,8 +175,7 @@ TEST_F(BrokenAcquisition, TheInformationOfAnOrdinaryDatasetIsAnotherRecord)
 {
     Parts parts;
     parts.recordInfo = datasetRecord::Parts().recordInfo;
-    EXPECT_THAT(messagesOf(parts, 0),
-                ElementsAre(CString("MEGRECORDINFOBASEZK: The record is of another kind or corrupted!")));
+    EXPECT_THAT(messagesOf(parts, 0), ElementsAre(otherKind("MEGRECORDINFOBASEZK")));
 }
 
 // ---- memory

@@ -3,6 +3,7 @@
 
 #include "tests/kit/TracingRecorder.h"
 #include "tests/kit/layoutPage.h"
+#include "tests/kit/memoryArchive.h"
 
 #include <fstream>
 #include <sstream>
@@ -51,6 +52,18 @@ inline std::vector<TracedField> only(const std::string& tag, const std::vector<T
             inside.push_back({outer, "", field.text.toUtf8(), field.offset, 0, 0, {}, 0, 0});
     }
     return inside;
+}
+
+/// The fields that an object writes by its serializezk.
+template <class Object>
+std::vector<TracedField> fieldsWritten(Object& object)
+{
+    TracingRecorder recorder;
+    storedBytes([&](CArchive& ar) {
+        ar.setTracer(&recorder);
+        EXPECT_EQ(object.serializezk(ar), 1);
+    });
+    return recorder.fields();
 }
 
 /// A page of docs/formats.

@@ -360,6 +360,30 @@ TEST_F(TextExport, SensorsAreSessionTrialAndNames)
     EXPECT_THAT(host.questions(), IsEmpty());
 }
 
+TEST_F(TextExport, TheDialogOfTheSensorsHasAMemoryOfItsOwn)
+{
+    host.willChooseFile(folder.path("a.txt"), 1);
+    willAnswer(false, false);
+    dataset.exportMEGData2TxtFile(0, 0, 0, 0);
+    for (const int kind : {2, 1}) {
+        host.willChooseFile(folder.path("s.txt"), kind);
+        EXPECT_EQ(dataset.exportSnsrInf2TxtFile(0), 1);
+    }
+    host.willChooseFile(folder.path("s.txt"), 2);
+    dataset.exportSnsrInf2TxtFile(0);
+    host.clearRecord();
+    host.willChooseFile(folder.path("s.txt"), 1);
+    host.willChooseFile(folder.path("a.txt"), 1);
+    dataset.exportSnsrInf2TxtFile(0);
+    willAnswer(false, false);
+    dataset.exportMEGData2TxtFile(0, 0, 0, 0);
+    const auto requests = host.fileRequests();
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_TRUE(requests[0].confirmOverwrite);
+    EXPECT_EQ(requests[0].filterIndex, 2);
+    EXPECT_EQ(requests[1].filterIndex, 1); // that of the samples
+}
+
 TEST_F(TextExport, TheTrialOfTheSensorsIsBroughtIntoTheRange)
 {
     dataset.m_nCurrentTrial = 1;

@@ -206,11 +206,17 @@ TEST_F(TrialExchange, ImportAsksForAFileOfItsKind)
     const TemporaryFolder folder;
     host.willChooseFile(folder.write("a.mtb", importable().bytes()));
     EXPECT_EQ(dataset.importMEGData(), 1);
-    const auto requests = host.fileRequests();
-    EXPECT_TRUE(requests[0].open);
-    EXPECT_EQ(requests[0].filter, exchangeFilter);
     EXPECT_EQ(dataset.getTotalTrial(), 1);
     EXPECT_EQ(dataset.m_strSessionName, "theirs");
+    for (const int kind : {2, 1}) { // the kind chosen is that of the next dialog
+        host.willChooseFile(folder.write("none.mtb", "none"), kind);
+        EXPECT_EQ(dataset.importMEGData(), 0);
+    }
+    const auto requests = host.fileRequests();
+    EXPECT_TRUE(requests[0].open);
+    EXPECT_TRUE(requests[0].fileMustExist);
+    EXPECT_EQ(requests[0].filter, exchangeFilter);
+    EXPECT_EQ(requests[2].filterIndex, 2);
 }
 
 TEST_F(TrialExchange, TheFirstTrialBringsItsNameWithoutAQuestion)

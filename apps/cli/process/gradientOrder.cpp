@@ -4,6 +4,7 @@
 #include "megset/records/records.h"
 
 #include <algorithm>
+#include <span>
 #include <stdexcept>
 
 namespace megset::cli {
@@ -31,6 +32,14 @@ void setMode(CMEGSensorzk& sensor, const Mode& mode)
     sensor.setGradOrderNo(mode.order);
     sensor.setRealIdealCoefMode(mode.real);
     sensor.setAdaptiveBalance(mode.adaptive);
+}
+
+// A channel may announce samples that it has not.
+std::span<double> samplesOf(const CMDChannelzk& channel)
+{
+    double* const samples = channel.getDataWave();
+    const std::int64_t count = samples != nullptr ? std::max<std::int64_t>(channel.getTotalSample(), 0) : 0;
+    return {samples, static_cast<std::size_t>(count)};
 }
 
 // The trial of one dataset, with the coefficients of its recording.
@@ -129,19 +138,20 @@ private:
 
     void addSum(CMDChannelzk& channel, const CMEGSensorzk& sensor, const CCoefficientDatazk& record)
     {
-        std::vector<double> sum(static_cast<std::size_t>(channel.getTotalSample()));
-        for (std::size_t k = 0; k < static_cast<std::size_t>(record.m_nCoefCount); ++k) {
+        const std::span<double> target = samplesOf(channel);
+        std::vector<double> sum(target.size());
+        for (std::size_t k = 0; k < static_cast<std::size_t>(record.usedReferences()); ++k) {
             const CMDChannelzk* const reference = m_trial.getChannelPt4Name(record.m_aCoefRefName[k]);
             if (reference == nullptr)
                 continue;
             const double weight =
                 m_trial.getReferenceSensorGain(record.m_aCoefRefName[k]) * record.m_aCoefValue[k] / sensor.sensorGain();
-            const std::size_t samples = std::min(sum.size(), static_cast<std::size_t>(reference->getTotalSample()));
-            for (std::size_t i = 0; i < samples; ++i)
-                sum[i] += reference->getDataWave()[i] * weight;
+            const std::span<const double> source = samplesOf(*reference);
+            for (std::size_t i = 0; i < std::min(sum.size(), source.size()); ++i)
+                sum[i] += source[i] * weight;
         }
         for (std::size_t i = 0; i < sum.size(); ++i)
-            channel.getDataWave()[i] += sum[i];
+            target[i] += sum[i];
     }
 
     GradientResult count(const Mode& mode) const

@@ -6,6 +6,7 @@
 #include "megset/platform/CString.h"
 #include "megset/platform/CTypedPtrArray.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -24,6 +25,8 @@ public:
     static std::uint32_t getCoefficientType(int order, bool realIdeal, bool adaptive);
 
     CString getCoefficientDataSensorName() const { return m_strCoefSensorName; }
+    /// The entries in use, whatever number a file told: 0 to maxReferences.
+    int usedReferences() const { return std::clamp<int>(m_nCoefCount, 0, maxReferences); }
 
     bool operator==(const CCoefficientData&) const = default;
 

@@ -169,6 +169,54 @@ TEST(Check, TrialWithOtherChannelsIsAFault)
     EXPECT_THAT(findings(sample), ElementsAre(faultIn("runTrial3.trl", "the trial has 2 channels")));
 }
 
+TEST(Check, TrialOfAnotherDatasetIsToldWithItsFile)
+{
+    const SampleDataset sample;
+    SampleDataset other(1, 30);
+    other.dataset().getTrialzk(0)->m_nTrialResampleStep = 2;
+    other.store();
+    std::filesystem::copy_file(other.trialFile(0), sample.trialFile(1),
+                               std::filesystem::copy_options::overwrite_existing);
+    EXPECT_THAT(findings(sample),
+                ElementsAre(faultIn("runTrial1.trl", "the trial has 30 samples, the recording has 20, "
+                                                     "and their re-sampling differs")));
+}
+
+TEST(Check, TrialThatAnotherProgramHoldsIsRead)
+{
+    const SampleDataset sample;
+    CFile other;
+    ASSERT_TRUE(other.Open(fromNative(sample.trialFile(1)), CFile::modeReadWrite | CFile::shareExclusive));
+    EXPECT_THAT(findings(sample), IsEmpty());
+}
+
+TEST(Check, TrialThatMayNotBeReadIsToldWithItsFile)
+{
+    const SampleDataset sample;
+    std::filesystem::remove(sample.trialFile(1));
+    std::filesystem::create_symlink(sample.trialFile(1), sample.trialFile(1)); // leads to itself
+    EXPECT_THAT(findings(sample), ElementsAre(faultIn("runTrial1.trl", "")));
+}
+
+TEST(Check, SwitchesForAnotherNumberOfChannelsAreANote)
+{
+    SampleDataset sample;
+    CMEGDatazk& dataset = sample.dataset();
+    dataset.checkInitChnlParam(dataset.getTrialzk(0));
+    dataset.m_nChnlParamCount = 2;
+    sample.store();
+    EXPECT_THAT(findings(sample), ElementsAre(noteOn("run.meg", "the channel switches are for 2 channels, the trials "
+                                                                "have 6; they fall back to their defaults")));
+}
+
+TEST(Check, RateThatIsNoneIsAFault)
+{
+    SampleDataset sample;
+    sample.dataset().getMEGRecordInfozk()->m_dRecSampleRate = 0.0;
+    sample.store();
+    EXPECT_THAT(findings(sample), ElementsAre(faultIn("run.meg", "the sampling rate is not above 0 Hz")));
+}
+
 TEST(Check, VirtualTrialsThatTheDatasetDoesNotCountAreANote)
 {
     SampleDataset sample;

@@ -1,6 +1,7 @@
 #include "apps/cli/process/gradientOrder.h"
 #include "tests/apps/cli/SampleDataset.h"
 
+#include <climits>
 #include <filesystem>
 #include <stdexcept>
 
@@ -113,6 +114,34 @@ TEST_F(Gradient, WayOverOtherOrdersAndBackToNoneGivesTheRecordedSamples)
     }
     EXPECT_EQ(samplesOfTrial1(), recorded); // whole numbers: no rounding
     EXPECT_THAT(orders(), ElementsAre(0, 0, 0, 0));
+}
+
+// Counts that a broken file may tell; a record has room for 50 references.
+TEST_F(Gradient, RecordsThatTellOfMoreReferencesThanTheyHaveAreTakenBackToo)
+{
+    const auto recorded = samplesOfTrial1();
+    auto& records = *sample.dataset().getMEGRecordInfozk()->getSensorCoefficientzk()->getCoefficientsData();
+    for (int i = 0; i < records.GetSize(); ++i)
+        records[i]->m_nCoefCount = INT_MAX;
+    EXPECT_EQ(bringTo(1).reduced, 3);
+    bringTo(0);
+    EXPECT_EQ(samplesOfTrial1(), recorded);
+    bringTo(1);
+    const auto reduced = samplesOfTrial1();
+    for (int i = 0; i < records.GetSize(); ++i)
+        records[i]->m_nCoefCount = -1;
+    bringTo(0);
+    EXPECT_EQ(samplesOfTrial1(), reduced); // nothing is known to add
+}
+
+TEST_F(Gradient, ChannelsThatAnnounceSamplesWithoutThemAreLeftAlone)
+{
+    bringTo(1);
+    sample.dataset().getTrialzk(1)->getChannel(0)->m_pDataWave.reset();
+    bringTo(0);
+    EXPECT_EQ(at(1, 3, 4), 1304 - 502);
+    sample.dataset().getTrialzk(1)->getChannel(3)->m_pDataWave.reset();
+    EXPECT_NO_THROW(bringTo(0));
 }
 
 TEST_F(Gradient, OrderWithoutAnyCoefficientsIsRefusedWithNothingChanged)

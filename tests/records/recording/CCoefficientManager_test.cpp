@@ -6,6 +6,7 @@
 #include "tests/kit/layoutPage.h"
 #include "tests/kit/memoryArchive.h"
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -155,6 +156,33 @@ TEST(CoefficientData, GivesOneForAnotherVersionAndReadsNoFurther)
     EXPECT_THAT(host.messages(), ElementsAre(wrongRecord));
     EXPECT_EQ(archive->bytesLeft(), 4U);
     EXPECT_EQ(data, CCoefficientDatazk());
+}
+
+TEST(CoefficientData, OfAVersionHasARoutineOfItsOwnWithoutHeader)
+{
+    const ByteBuilder whole = recordBytes(record("MLC11", 7, 3));
+    const auto body = std::span(whole.bytes()).subspan(4 + 2 * 11 + 4);
+    CCoefficientDatazk data;
+    LoadingArchive archive(body);
+    EXPECT_EQ(data.serializezk20080104(*archive), 1);
+    EXPECT_EQ(data, record("MLC11", 7, 3));
+    EXPECT_TRUE(sameBytes(storedBytes([&](CArchive& ar) { EXPECT_EQ(data.serializezk20080104(ar), 1); }), body));
+}
+
+TEST(CoefficientData, UsesNoMoreReferencesThanItHas)
+{
+    for (const auto& [told, used] : {std::pair(0, 0), std::pair(3, 3), std::pair(50, 50), std::pair(51, 50),
+                                     std::pair(INT32_MAX, 50), std::pair(-1, 0), std::pair(INT32_MIN, 0)}) {
+        CCoefficientDatazk data;
+        data.m_nCoefCount = told;
+        EXPECT_EQ(data.usedReferences(), used) << told;
+    }
+}
+
+TEST(CoefficientType, IsShownAsItsFourCharacters)
+{
+    EXPECT_EQ(CCoefficientData::coefficientsType2Name(0x41424344U), "ABCD");
+    EXPECT_EQ(CCoefficientData::coefficientsType2Name(0x7E7E7E7EU), "~~~~");
 }
 
 TEST(CoefficientManager, StartsEmptyAndWritesThreeZeros)
@@ -311,6 +339,31 @@ TEST(CoefficientManager, GivesOneForAnotherVersionAndStaysBehindIt)
     EXPECT_EQ(manager.serialize(*archive), 1);
     EXPECT_THAT(host.messages(), ElementsAre("Wrong file format!!?"));
     EXPECT_EQ(archive->bytesLeft(), 4U);
+}
+
+TEST(CoefficientManager, KeepsARecordOfAnotherVersionAndReadsOnBehindItsHeader)
+{
+    ScriptedHost host;
+    ByteBuilder bytes = managerBeginning(2, 0, 2);
+    bytes.i32(1).wide("DATASETINFO").i32(20080105).i32(1).append(recordBytes(record("B", 2)));
+    CCoefficientManagerzk manager;
+    EXPECT_EQ(loaded(manager, bytes.bytes()), 1);
+    EXPECT_THAT(host.messages(), ElementsAre(wrongRecord));
+    ASSERT_EQ(manager.getCoefficientsData()->GetSize(), 2);
+    EXPECT_EQ(*manager.getCoefficientsData()->GetAt(1), record("B", 2));
+}
+
+TEST(CoefficientManager, CountsThatNoListHasReadNoRecord)
+{
+    for (const int count : {0, -1, INT32_MIN}) {
+        CCoefficientManagerzk manager = filledManager();
+        EXPECT_EQ(loaded(manager, managerBeginning(7, 3, count).bytes()), 1);
+        EXPECT_EQ(manager.m_nCoefRecordCount, 7); // as the file tells it
+        EXPECT_EQ(manager.m_nCoefCurrent, 3);
+        EXPECT_EQ(manager.getCoefficientsData()->GetSize(), 0);
+    }
+    CCoefficientManagerzk manager;
+    EXPECT_THROW(loaded(manager, managerBeginning(7, 3, INT32_MAX).bytes()), CArchiveException);
 }
 
 TEST(CoefficientManager, KeepsARecordThatWasRefused)

@@ -1,5 +1,7 @@
 #include "megset/records/recording/CMEGRecordInfozkPro.h"
 
+#include "fuzz/SilentHost.h"
+
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
@@ -8,6 +10,7 @@
 #include "tests/records/recording/filledRecordInfo.h"
 #include "tests/records/recording/recordInfoBytes.h"
 
+#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -276,6 +279,29 @@ TEST(RecordInfo, ReportShowsItsTextsEachBehindALineBreak)
     ASSERT_EQ(host.reports().size(), 1U);
     EXPECT_EQ(host.reports()[0].title, "MEG Data Information");
     EXPECT_EQ(host.reports()[0].text, expected);
+}
+
+// A user who has no window for reports.
+class WithoutReports : public SilentHost
+{
+public:
+    int showReport(const CString&, const CString&) override { return 0; }
+};
+
+TEST(RecordInfo, ReportGivesWhatTheWindowGives)
+{
+    WithoutReports none;
+    CUserHost* const former = AfxSetHost(&none);
+    EXPECT_EQ(CMEGRecordInfozkProzk().showRecordInfo(), 0);
+    AfxSetHost(former);
+}
+
+TEST(RecordInfo, ReportOfEmptyTextsIsALineForEach)
+{
+    const ScriptedHost host;
+    EXPECT_EQ(CMEGRecordInfozkProzk().showRecordInfo(), 1);
+    ASSERT_EQ(host.reports().size(), 1U);
+    EXPECT_EQ(host.reports()[0].text, CString(std::string(38, '\n')));
 }
 
 TEST(RecordInfo, EveryPrefixRaisesEndOfFile)
