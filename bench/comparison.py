@@ -77,6 +77,11 @@ class Turns:
         median, low, high = self.ratio(theirs, ours)
         verdict = "met" if median >= least else "MISSED"
         print(f"{what:58}{median:10.2f} x    [{low:.2f} to {high:.2f}]   target {least:g}: {verdict}")
+        if path := os.environ.get("MEGSET_COMPARISON_ROWS"):
+            row = {"what": what.strip(), "ratio": median, "low": low, "high": high, "target": least,
+                   "theirs_ms": statistics.median(self.times[theirs]), "ours_ms": statistics.median(self.times[ours])}
+            with open(path, "a") as rows:
+                print(json.dumps(row), file=rows)
         return median >= least
 
 
