@@ -42,6 +42,7 @@ int MessageRecorder::showReport(const CString& text, const CString& title)
 
 void MessageRecorder::record(const CString& text)
 {
+    const std::lock_guard lock(m_mutex);
     ++m_count;
     if (m_messages.size() >= mostMessages)
         return;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ struct ReaderMessage
     std::uint64_t offset = 0;
 };
 
-/// Is the host of the process for its lifetime. For one thread.
+/// Is the host of the process for its lifetime. What is recorded is asked for when no other thread is at work.
 class MessageRecorder : public CUserHost
 {
 public:
@@ -45,6 +46,7 @@ public:
 private:
     void record(const CString& text);
 
+    std::mutex m_mutex; // messages may come from several threads
     std::function<ReaderMessage()> m_place;
     std::vector<ReaderMessage> m_messages;
     std::uint64_t m_count = 0;

@@ -1,12 +1,9 @@
 #include "apps/readers/ctf/importCtf.h"
+#include "apps/readers/ctf/importSamples.h"
 #include "apps/readers/ctf/libraryRecords.h"
 
-#include "megset/core/CMDChannelzk.h"
-#include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"
 #include "megset/platform/CDocument.h"
-
-#include <set>
 
 namespace megset::ctf {
 
@@ -20,25 +17,21 @@ public:
     {
     }
 
-    std::vector<std::string> run()
+    std::vector<std::string> run(int threads)
     {
-        makeTrials();
+        makeTrial();
         setInformation();
         setGoodFlags();
-        importSamples();
+        importSamples(m_recording, m_dataset, threads);
         addMarks();
-        saveTrials();
         return std::move(m_notes);
     }
 
 private:
-    void makeTrials();
+    void makeTrial();
     void setInformation();
     void setGoodFlags();
-    void importSamples();
-    void finishTrial(CMDTrialzk& trial, bool isGood) const;
     void addMarks();
-    void saveTrials();
 
     int totalChannels() const { return static_cast<int>(m_recording.header.channels.size()); }
     [[noreturn]] void fail(const std::string& fault) const { throw CtfError(m_recording.folder, fault); }
@@ -58,8 +51,9 @@ CPtrArray pointersTo(std::vector<Record>& records)
     return pointers;
 }
 
-// Every channel gets a sensor, since the library takes them by the channel's place in the recording.
-void Import::makeTrials()
+// The first trial, of which the samples make the others. Every channel gets a sensor, since the library takes them by
+// the channel's place in the recording.
+void Import::makeTrial()
 {
     std::vector<CMEGSensorzk> sensors = librarySensors(m_recording.header);
     std::vector<CEEGelectrodezk> electrodes = libraryElectrodes(m_recording.header);
@@ -68,12 +62,10 @@ void Import::makeTrials()
         names.Add(channel.name);
     const CPtrArray sensorList = pointersTo(sensors);
     const CPtrArray electrodeList = pointersTo(electrodes);
-    if (!m_dataset.importTrialChannels(m_recording.trials(), totalChannels(), &sensorList, &electrodeList, &names,
-                                       &names, &m_document))
+    if (!m_dataset.importTrialChannels(1, totalChannels(), &sensorList, &electrodeList, &names, &names, &m_document))
         fail("no dataset could be made of the recording");
-    if (m_dataset.m_aTrialFilePath.GetSize() != m_recording.trials())
-        fail("only " + std::to_string(m_dataset.m_aTrialFilePath.GetSize()) + " of " +
-             std::to_string(m_recording.trials()) + " trial files could be written");
+    if (m_dataset.m_aTrialFilePath.GetSize() != 1)
+        fail("the first trial file could not be written");
 }
 
 // The coefficients come after the information, of which a copy has none.
@@ -96,38 +88,6 @@ void Import::setGoodFlags()
             m_dataset.m_pChnlGood[static_cast<std::size_t>(channel)] = 0;
 }
 
-void Import::importSamples()
-{
-    std::vector<std::int32_t> block(m_recording.data.trialSize());
-    const std::vector<int> bad = m_recording.badTrials();
-    const std::set<int> badTrials(bad.begin(), bad.end());
-    for (int trial = 0; trial < m_recording.trials(); ++trial) {
-        m_recording.data.readTrial(trial, block);
-        if (!m_dataset.importCtfDataT(trial, totalChannels(), m_recording.header.samples, block.data()) ||
-            m_dataset.getMDTrial(trial) == nullptr)
-            fail("trial " + std::to_string(trial + 1) + " could not be imported");
-        finishTrial(*m_dataset.getMDTrial(trial), !badTrials.contains(trial));
-    }
-}
-
-// What the library's import leaves: the scale of channels that are no MEG sensors, and what is told of each channel.
-void Import::finishTrial(CMDTrialzk& trial, bool isGood) const
-{
-    for (int i = 0; i < totalChannels(); ++i) {
-        const Channel& from = m_recording.header.channels[static_cast<std::size_t>(i)];
-        CMDChannelzk* const channel = trial.m_ppChannel[i];
-        if (channel == nullptr)
-            continue;
-        if (channel->getTotalSample() != m_recording.header.samples)
-            fail("there is no memory for the samples of channel \"" + from.name + "\"");
-        channel->setChannelTypeName(channelTypeName(from));
-        if (!from.isField() && from.unitsPerInteger() != 1.0)
-            channel->scaleWaveData(from.unitsPerInteger(), 1);
-    }
-    trial.m_headLocalization = m_dataset.m_headLocalization;
-    trial.setTrialGood(isGood);
-}
-
 void Import::addMarks()
 {
     addBadSegments(m_recording, m_dataset.m_mkSegment);
@@ -136,17 +96,11 @@ void Import::addMarks()
         m_notes.push_back("Marks outside their trials are left out: " + std::to_string(outside) + ".");
 }
 
-void Import::saveTrials()
-{
-    if (!m_dataset.saveAllTrials() || m_dataset.getUnsavedTrials().GetSize() > 0)
-        fail("the last trial could not be saved");
-}
-
 } // namespace
 
-std::vector<std::string> importCtf(Recording& recording, CMEGDatazk& dataset, CDocument& document)
+std::vector<std::string> importCtf(Recording& recording, CMEGDatazk& dataset, CDocument& document, int threads)
 {
-    return Import(recording, dataset, document).run();
+    return Import(recording, dataset, document).run(threads > 0 ? threads : importThreads(recording));
 }
 
 } // namespace megset::ctf

@@ -18,8 +18,9 @@ namespace megset::ctf {
 /// bad trials, bad segments and markers. Channels keep their order and the names that they were recorded with. All
 /// trials are in their files at the end; the dataset's own file is left to the caller.
 ///
-/// Memory holds one trial at a time. Gives sentences about what was left out. Throws CtfError when samples can't be
-/// read, and when the dataset can't be made; what the library had to say was shown then. Files that were written stay.
-std::vector<std::string> importCtf(Recording& recording, CMEGDatazk& dataset, CDocument& document);
+/// Memory holds one trial for each of the threads, of which 0 means as many as suit recording and machine. Gives
+/// sentences about what was left out. Throws CtfError when samples can't be read, and when the dataset can't be made;
+/// what the library had to say was shown then. Files that were written stay.
+std::vector<std::string> importCtf(Recording& recording, CMEGDatazk& dataset, CDocument& document, int threads = 0);
 
 } // namespace megset::ctf

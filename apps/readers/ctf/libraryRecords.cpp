@@ -104,7 +104,8 @@ void setElectrodePlace(const Channel& channel, CMEGSensorzk& sensor)
 bool isPartOfAnother(const Res4& header, const Channel& channel)
 {
     return std::any_of(header.channels.begin(), header.channels.end(), [&](const Channel& other) {
-        return other.isField() && other.name != channel.name && other.name.find(channel.name) != std::string::npos;
+        return other.isField() && other.name.size() > channel.name.size() &&
+               other.name.find(channel.name) != std::string::npos;
     });
 }
 

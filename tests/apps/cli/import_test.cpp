@@ -88,6 +88,22 @@ TEST_F(Import, BrokenRecordingLeavesNothingBehind)
     EXPECT_THAT(folder.names(), ElementsAre("rec.ds"));
 }
 
+// A limit on the size of files stands for a full disk: the geometry of a trial still fits, its samples do not.
+TEST_F(Import, FullDiskLeavesNothingBehindAndIsTold)
+{
+    ASSERT_EQ(import().exitCode, 0);
+    const std::uintmax_t whole = std::filesystem::file_size(folder.native("run_ImportTrial0.trl"));
+    for (const char* name : {"run.meg", "run_ImportTrial0.trl", "run_ImportTrial1.trl", "run_ImportTrial2.trl"})
+        std::filesystem::remove(folder.native(name));
+    const std::string limit = std::to_string(whole / 1024 - 1);
+    const auto result =
+        kit::runProgram("/bin/bash", {"-c", "trap '' XFSZ; ulimit -f " + limit + "; exec \"$0\" import \"$1\" \"$2\"",
+                                      MEGSET_PROGRAM, path("rec.ds"), path("run.meg")});
+    EXPECT_EQ(result.exitCode, 1) << result.output;
+    EXPECT_THAT(result.errors, HasSubstr("run_ImportTrial"));
+    EXPECT_THAT(folder.names(), ElementsAre("rec.ds"));
+}
+
 TEST_F(Import, CutSamplesGiveTheWholeTrialsAndASentence)
 {
     const auto file = folder.native("rec.ds") / "rec.meg4";

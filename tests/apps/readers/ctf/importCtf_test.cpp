@@ -1,4 +1,6 @@
 #include "apps/readers/ctf/importCtf.h"
+#include "apps/readers/ctf/importSamples.h"
+#include "apps/readers/ctf/libraryRecords.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -7,6 +9,7 @@
 #include "megset/platform/paths.h"
 
 #include "tests/apps/readers/ctf/CtfBuilder.h"
+#include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
 #include <gmock/gmock.h>
@@ -26,10 +29,10 @@ protected:
         Recording recording = openCtf(m_builder.write(m_folder));
         import(recording);
     }
-    void import(Recording& recording)
+    void import(Recording& recording, int threads = 0)
     {
         m_document.SetPathName(m_folder.path("small.meg"));
-        m_notes = importCtf(recording, m_dataset, m_document);
+        m_notes = importCtf(recording, m_dataset, m_document, threads);
     }
     const CMDChannelzk& channel(int trial, int index) { return *m_dataset.getTrialzk(trial)->m_ppChannel[index]; }
     std::vector<double> wave(int trial, int index)
@@ -189,12 +192,197 @@ TEST_F(ImportCtf, ReferencesAndGradiometersReduceNoiseAfterIt)
         EXPECT_NEAR(reduced[i], wanted[i], 1e-6);
 }
 
+// ---- several threads
+
+using Files = std::vector<std::vector<std::byte>>;
+
+/// A recording of more trials than threads, each with marks of its own.
+class ImportByThreads : public ImportCtf
+{
+protected:
+    ImportByThreads()
+    {
+        m_builder.trials = 9;
+        m_builder.samples = 1500; // arrays of samples that come from the pool
+        m_builder.write(m_folder);
+    }
+    Recording open() const
+    {
+        Recording recording = openCtf(m_folder.native("small.ds"));
+        recording.classes = {{"BAD", {2, 7}}};
+        return recording;
+    }
+    static CString file(int trial) { return CString::formatted("small_ImportTrial%d.trl", trial); }
+    Files importedBy(int threads)
+    {
+        Recording recording = open();
+        import(recording, threads);
+        Files files;
+        for (int trial = 0; trial < 9; ++trial)
+            files.push_back(m_folder.read(file(trial)));
+        return files;
+    }
+    /// The same by the library's own operations alone, one trial behind the other.
+    Files importedByLibrary()
+    {
+        Recording recording = open();
+        std::vector<CMEGSensorzk> sensors = librarySensors(recording.header);
+        CPtrArray sensorList;
+        CStringArray names;
+        for (std::size_t i = 0; i < sensors.size(); ++i) {
+            sensorList.Add(&sensors[i]);
+            names.Add(recording.header.channels[i].name);
+        }
+        std::vector<CEEGelectrodezk> electrodes = libraryElectrodes(recording.header);
+        CPtrArray electrodeList;
+        for (CEEGelectrodezk& electrode : electrodes)
+            electrodeList.Add(&electrode);
+        const int channels = names.GetSize();
+        m_document.SetPathName(m_folder.path("small.meg"));
+        EXPECT_EQ(m_dataset.importTrialChannels(9, channels, &sensorList, &electrodeList, &names, &names, &m_document),
+                  1);
+        CMEGRecordInfozkProzk information;
+        setRecordingInformation(recording, information);
+        m_dataset.setMEGRecordInfozk(&information);
+        setHeadLocalization(recording.coils, m_dataset.m_headLocalization);
+        std::vector<std::int32_t> block(recording.data.trialSize());
+        for (int trial = 0; trial < 9; ++trial) {
+            recording.data.readTrial(trial, block);
+            EXPECT_EQ(m_dataset.importCtfDataT(trial, channels, m_builder.samples, block.data()), 1);
+            finish(recording, *m_dataset.getMDTrial(trial), trial);
+        }
+        EXPECT_EQ(m_dataset.saveAllTrials(), 1);
+        Files files;
+        for (int trial = 0; trial < 9; ++trial)
+            files.push_back(m_folder.read(file(trial)));
+        return files;
+    }
+    void finish(const Recording& recording, CMDTrialzk& trial, int index) const
+    {
+        for (int i = 0; i < trial.getTotalChannel(); ++i) {
+            const Channel& from = recording.header.channels[static_cast<std::size_t>(i)];
+            trial.getChannel(i)->setChannelTypeName(channelTypeName(from));
+            if (!from.isField())
+                trial.getChannel(i)->scaleWaveData(from.unitsPerInteger(), 1);
+        }
+        trial.m_headLocalization = m_dataset.m_headLocalization;
+        trial.setTrialGood(index != 2 && index != 7);
+    }
+    void removeFiles() const
+    {
+        for (int trial = 0; trial < 9; ++trial)
+            std::filesystem::remove_all(m_folder.native(file(trial)));
+    }
+};
+
+TEST_F(ImportByThreads, FilesAreThoseOfTheLibrarysOwnOperationsForAnyNumberOfThreads)
+{
+    const Files wanted = importedByLibrary();
+    for (const int threads : {1, 2, 3, 16}) {
+        removeFiles();
+        const Files files = importedBy(threads);
+        for (std::size_t trial = 0; trial < files.size(); ++trial)
+            EXPECT_TRUE(files[trial] == wanted[trial]) << threads << " threads, trial " << trial;
+    }
+    EXPECT_THAT(m_host.messages(), IsEmpty());
+}
+
+TEST_F(ImportByThreads, TheDatasetHasAllTrialsInTheirOrderAndTheLastOneIsCurrent)
+{
+    importedBy(4);
+    EXPECT_EQ(m_dataset.m_nTotalTrial, 9);
+    EXPECT_EQ(m_dataset.m_nRealTrial, 9);
+    EXPECT_EQ(m_dataset.m_nVirtualTrial, 0);
+    EXPECT_EQ(m_dataset.m_nCurrentTrial, 8);
+    ASSERT_EQ(m_dataset.m_aTrialFilePath.GetSize(), 9);
+    for (int trial = 0; trial < 9; ++trial) {
+        EXPECT_EQ(m_dataset.m_aTrialFilePath[trial], m_folder.path(file(trial)));
+        EXPECT_EQ(m_dataset.getMDTrial(trial), nullptr);
+    }
+    for (int trial = 0; trial < 9; ++trial) {
+        EXPECT_EQ(channel(trial, 3).m_nSnsGainApplied, 1);
+        EXPECT_THAT(wave(trial, 3), testing::Pointwise(testing::DoubleEq(), expected(trial, 3, 0.25)));
+        EXPECT_EQ(m_dataset.getMDTrial(trial)->m_nTrialIndex, trial);
+        EXPECT_EQ(m_dataset.getMDTrial(trial)->m_strTrialName, CString::formatted("ImportTrial%d", trial));
+    }
+}
+
+TEST_F(ImportByThreads, ATrialThatCannotBeWrittenEndsTheImport)
+{
+    for (const int threads : {1, 4}) {
+        removeFiles();
+        m_folder.makeFolder(file(4));
+        m_host.willAnswerNo(); // to another file for it
+        Recording recording = open();
+        try {
+            import(recording, threads);
+            ADD_FAILURE() << "nothing was thrown by " << threads << " threads";
+        } catch (const CtfError& error) {
+            EXPECT_THAT(error.what(), testing::EndsWith("small.ds: trial 5 could not be saved"));
+        }
+    }
+}
+
+TEST_F(ImportByThreads, SamplesThatBreakOffMeanwhileEndTheImport)
+{
+    const std::uintmax_t trialBytes = 7 * 1500 * 4;
+    for (const int threads : {1, 4}) {
+        removeFiles();
+        m_builder.write(m_folder);
+        Recording recording = open();
+        std::filesystem::resize_file(m_folder.native("small.ds\\small.meg4"), 8 + 6 * trialBytes + 100);
+        try {
+            import(recording, threads);
+            ADD_FAILURE() << "nothing was thrown by " << threads << " threads";
+        } catch (const CtfError& error) {
+            EXPECT_THAT(error.what(), testing::HasSubstr("small.meg4: trial "));
+        }
+        EXPECT_FALSE(m_folder.has(file(8)));
+    }
+}
+
+// Where the library told of something it could not hold, the trials may lack that.
+TEST_F(ImportByThreads, WithoutMemoryItEndsAndNoTrialIsTakenForAnother)
+{
+    const Files wanted = importedBy(1);
+    int ended = 0;
+    bool failed = true;
+    for (int n = 1; failed; n += 5) {
+        removeFiles();
+        m_host.clearRecord();
+        bool whole = true;
+        Recording recording = open();
+        const FailingAllocator failing(n);
+        try {
+            import(recording, 1);
+        } catch (const std::exception&) {
+            whole = false;
+            ++ended;
+        }
+        failed = failing.failures() > 0;
+        for (int trial = 0; whole && m_host.messages().empty() && trial < 9; ++trial)
+            EXPECT_TRUE(m_folder.read(file(trial)) == wanted[static_cast<std::size_t>(trial)]) << n;
+    }
+    EXPECT_GT(ended, 0);
+}
+
+TEST(ImportThreads, AreNoMoreThanTrialsAndHoldNoMoreThanSuits)
+{
+    const TemporaryFolder folder;
+    CtfBuilder builder;
+    builder.trials = 1;
+    EXPECT_EQ(importThreads(openCtf(builder.write(folder))), 1);
+    builder.trials = 100;
+    const int threads = importThreads(openCtf(builder.write(folder)));
+    EXPECT_GE(threads, 1);
+    EXPECT_LE(threads, 4);
+}
+
 TEST_F(ImportCtf, AFolderThatCannotBeWrittenToIsAnError)
 {
     Recording recording = openCtf(m_builder.write(m_folder));
     m_document.SetPathName(m_folder.path("nowhere\\small.meg"));
-    m_host.willAnswerNo(); // to another file for either trial
-    m_host.willAnswerNo();
+    m_host.willAnswerNo(); // to another file for the first trial
     EXPECT_THROW(importCtf(recording, m_dataset, m_document), CtfError);
 }
 
