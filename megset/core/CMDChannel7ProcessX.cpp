@@ -46,10 +46,10 @@ double restsAtZero(std::span<const double>, numeric::StimulusBlocks& blocks) noe
 int CMDChannel7ProcessX::computeDataRange()
 {
     numeric::StimulusBlocks none;
-    return computeDataRange(none);
+    return computeDataRangeBlocks(none);
 }
 
-int CMDChannel7ProcessX::computeDataRange(numeric::StimulusBlocks& blocks)
+int CMDChannel7ProcessX::computeDataRangeBlocks(numeric::StimulusBlocks& blocks)
 {
     const auto samples = waveSpan();
     if (samples.empty())
@@ -83,10 +83,10 @@ int CMDChannel7ProcessX::stimTrgChnl_Dc(int alsoBackup)
 int CMDChannel7ProcessX::stimTrigChnl_AbsDc(int subtract, int alsoBackup)
 {
     numeric::StimulusBlocks blocks(waveSpan().size());
-    return stimTrigChnl_AbsDc(subtract, alsoBackup, blocks);
+    return stimTrigChnl_AbsDcBlocks(subtract, alsoBackup, blocks);
 }
 
-int CMDChannel7ProcessX::stimTrigChnl_AbsDc(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
+int CMDChannel7ProcessX::stimTrigChnl_AbsDcBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
 {
     return conditionStimulus(subtract ? static_cast<LevelOf>(numeric::minAbsolute) : restsAtZero, alsoBackup, blocks);
 }
@@ -94,10 +94,10 @@ int CMDChannel7ProcessX::stimTrigChnl_AbsDc(int subtract, int alsoBackup, numeri
 int CMDChannel7ProcessX::stimTrigChnl_AbsDcM(int subtract, int alsoBackup)
 {
     numeric::StimulusBlocks blocks(waveSpan().size());
-    return stimTrigChnl_AbsDcM(subtract, alsoBackup, blocks);
+    return stimTrigChnl_AbsDcMBlocks(subtract, alsoBackup, blocks);
 }
 
-int CMDChannel7ProcessX::stimTrigChnl_AbsDcM(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
+int CMDChannel7ProcessX::stimTrigChnl_AbsDcMBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
 {
     return conditionStimulus(subtract ? static_cast<LevelOf>(numeric::meanAbsolute) : restsAtZero, alsoBackup, blocks);
 }

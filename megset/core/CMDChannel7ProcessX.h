@@ -18,7 +18,7 @@ public:
     /// without samples.
     int computeDataRange();
     /// The same, which also tells what the blocks of samples hold.
-    int computeDataRange(numeric::StimulusBlocks& blocks);
+    int computeDataRangeBlocks(numeric::StimulusBlocks& blocks);
     /// Physical units per unit of the range fields; 0.0 where these have no extent.
     double getBitValue() const;
     /// What is added to a value of the range fields before it is multiplied by getBitValue(); 0.0 where that is not
@@ -59,8 +59,8 @@ public:
     /// becomes 0.
     int stimTrigChnl_AbsDcM(int subtract, int alsoBackup);
     // The same, which also tell what the blocks of conditioned samples hold.
-    int stimTrigChnl_AbsDc(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
-    int stimTrigChnl_AbsDcM(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
+    int stimTrigChnl_AbsDcBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
+    int stimTrigChnl_AbsDcMBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
 
     // The channel's sensor; 0 without one.
 

@@ -10,6 +10,7 @@
 namespace megset {
 
 class CMDChannelzk;
+struct ChannelStatistics;
 
 /// All measures are of the working samples of the current trial, which is opened, from m_nSelectStart to m_nSelectEnd
 /// unless a range is given. The results are 0 where nothing could be measured. Units are those of the samples.

@@ -78,11 +78,11 @@ private:
 void condition(CMDChannelzk& channel, TriggerScan scan, numeric::StimulusBlocks& blocks)
 {
     if (scan == TriggerScan::Plain)
-        channel.computeDataRange(blocks);
+        channel.computeDataRangeBlocks(blocks);
     else if (scan == TriggerScan::AbsDc)
-        channel.stimTrigChnl_AbsDc(1, 0, blocks);
+        channel.stimTrigChnl_AbsDcBlocks(1, 0, blocks);
     else
-        channel.stimTrigChnl_AbsDcM(1, 0, blocks);
+        channel.stimTrigChnl_AbsDcMBlocks(1, 0, blocks);
 }
 
 // The channel's samples, at most `samples` of them.
