@@ -86,6 +86,8 @@ public:
             plainSeconds = secondsOf(plainWork);
         m_plain.push_back(plainSeconds.wall);
         m_megset.push_back(seconds.wall);
+        m_plainProcessor.push_back(plainSeconds.processor);
+        m_megsetProcessor.push_back(seconds.processor);
         m_ratio.push_back(plainSeconds.wall / seconds.wall);
         m_processorRatio.push_back(plainSeconds.processor / seconds.processor);
         return seconds.wall;
@@ -94,6 +96,8 @@ public:
     {
         state.counters["plain_ms"] = 1e3 * median(m_plain);
         state.counters["megset_ms"] = 1e3 * median(m_megset);
+        state.counters["plain_cpu_ms"] = 1e3 * median(m_plainProcessor);
+        state.counters["megset_cpu_ms"] = 1e3 * median(m_megsetProcessor);
         state.counters["ratio"] = median(m_ratio);
         state.counters["cpu_ratio"] = median(m_processorRatio);
     }
@@ -101,6 +105,8 @@ public:
 private:
     std::vector<double> m_plain;
     std::vector<double> m_megset;
+    std::vector<double> m_plainProcessor;
+    std::vector<double> m_megsetProcessor;
     std::vector<double> m_ratio;
     std::vector<double> m_processorRatio;
 };

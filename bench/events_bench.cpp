@@ -106,6 +106,7 @@ void check(benchmark::State& state, Check how, int mode)
 SCAN(plain, checkTrigPro, 0);
 SCAN(pro, checkTrig, 0);
 SCAN(absDc, checkTrigAbsDc, 0);
+SCAN(absDcM, checkTrigAbsDcM, 0);
 
 /// Both reports of 100,000 marks in as many trials as told, over 20 markers.
 void report(benchmark::State& state, CString (CMEGData6Classify::*how)())

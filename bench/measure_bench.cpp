@@ -1,4 +1,5 @@
-// Measurement of 300 channels over 57,600 samples: each channel for itself, and all of them into four numbers.
+// Measurement of 300 channels over 57,600 samples: each channel for itself, one after the other and in one go, and all
+// of them into four numbers.
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -6,6 +7,7 @@
 
 #include <memory>
 #include <random>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -60,6 +62,20 @@ void MeasureEachChannel(benchmark::State& state)
     countSamples(state);
 }
 BENCHMARK(MeasureEachChannel)->Unit(benchmark::kMillisecond);
+
+/// The same numbers in one go.
+void MeasureAllChannels(benchmark::State& state)
+{
+    CMEGDatazk& data = dataset();
+    std::vector<ChannelStatistics> out(channels);
+    for (auto _ : state) {
+        if (data.getMeasurementParamAllChnlSD(-1, -1, out) != channels)
+            state.SkipWithError("the channels could not be measured");
+        benchmark::DoNotOptimize(out.data());
+    }
+    countSamples(state);
+}
+BENCHMARK(MeasureAllChannels)->Unit(benchmark::kMillisecond);
 
 /// What all channels have together, of their means (mode 0) or of their samples (mode 1).
 void measureTogether(benchmark::State& state, int mode)

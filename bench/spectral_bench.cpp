@@ -1,8 +1,10 @@
 // Spectra of a trial of 300 channels, planes of 500 times and 60 frequencies: baseline division, logarithm and scale
-// in place, beside one pass over the same planes, which is what memory allows.
+// in place, beside one pass over the same planes, which is what memory allows; and the sum planes, beside a pass that
+// only reads.
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
+#include "megset/core/CMEGDatazk.h"
 #include "megset/numeric/arithmetic.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
@@ -107,6 +109,42 @@ void RootMeanSquareNormalization(benchmark::State& state)
     onFreshPlanes(state, [](CMDTrialzk& spectra) { return spectra.normSpctmGlobEachFreqAllChnAllTimSc_rms(active); });
 }
 
+/// Each value read once, in eight chains of vectors, so that nothing but memory is waited for.
+double readPlane(std::span<const double> x)
+{
+    constexpr std::size_t chains = 64;
+    double sums[chains] = {};
+    for (std::size_t i = 0; i + chains <= x.size(); i += chains)
+        for (std::size_t c = 0; c < chains; ++c)
+            sums[c] += x[i + c];
+    double sum = 0.0;
+    for (const double s : sums)
+        sum += s;
+    return sum;
+}
+
+void ReadPass(benchmark::State& state)
+{
+    trial(); // made before time is taken
+    for (auto _ : state)
+        for (int c = 0; c < channels; ++c)
+            benchmark::DoNotOptimize(readPlane(plane(trial(), c)));
+    state.SetBytesProcessed(state.iterations() * channels * times * freqs * 8);
+}
+
+/// The six statistics over channels, at every point and as a whole.
+void SumPlanes(benchmark::State& state)
+{
+    CMEGDatazk data;
+    for (auto _ : state) {
+        if (data.computTrialSpctm(&trial(), false, false, false, false, active, real) == nullptr)
+            state.SkipWithError("there are no sums");
+    }
+    state.SetBytesProcessed(state.iterations() * channels * times * freqs * 8);
+}
+
+BENCHMARK(ReadPass)->Unit(benchmark::kMillisecond);
+BENCHMARK(SumPlanes)->Unit(benchmark::kMillisecond);
 BENCHMARK(OnePass)->Unit(benchmark::kMillisecond);
 BENCHMARK(Scale)->Unit(benchmark::kMillisecond);
 BENCHMARK(BaselineDivision)->Unit(benchmark::kMillisecond);

@@ -35,8 +35,9 @@ void reSampleRuns(std::span<const double> from, bool average, std::int64_t facto
     reSample(from, average, factor, to.first(static_cast<std::size_t>(runs)));
 }
 
-double restsAtZero(std::span<const double>) noexcept
+double restsAtZero(std::span<const double>, numeric::StimulusBlocks& blocks) noexcept
 {
+    blocks.clear();
     return 0.0;
 }
 
@@ -44,10 +45,16 @@ double restsAtZero(std::span<const double>) noexcept
 
 int CMDChannel7ProcessX::computeDataRange()
 {
+    numeric::StimulusBlocks none;
+    return computeDataRangeBlocks(none);
+}
+
+int CMDChannel7ProcessX::computeDataRangeBlocks(numeric::StimulusBlocks& blocks)
+{
     const auto samples = waveSpan();
     if (samples.empty())
         return 0;
-    takeDataRange(numeric::rangeOf(samples));
+    takeDataRange(numeric::rangeOf(samples, blocks));
     return 1;
 }
 
@@ -75,26 +82,41 @@ int CMDChannel7ProcessX::stimTrgChnl_Dc(int alsoBackup)
 
 int CMDChannel7ProcessX::stimTrigChnl_AbsDc(int subtract, int alsoBackup)
 {
-    return conditionStimulus(subtract ? numeric::minAbsolute : restsAtZero, alsoBackup);
+    numeric::StimulusBlocks blocks(waveSpan().size());
+    return stimTrigChnl_AbsDcBlocks(subtract, alsoBackup, blocks);
+}
+
+int CMDChannel7ProcessX::stimTrigChnl_AbsDcBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
+{
+    return conditionStimulus(subtract ? static_cast<LevelOf>(numeric::minAbsolute) : restsAtZero, alsoBackup, blocks);
 }
 
 int CMDChannel7ProcessX::stimTrigChnl_AbsDcM(int subtract, int alsoBackup)
 {
-    return conditionStimulus(subtract ? numeric::meanAbsolute : restsAtZero, alsoBackup);
+    numeric::StimulusBlocks blocks(waveSpan().size());
+    return stimTrigChnl_AbsDcMBlocks(subtract, alsoBackup, blocks);
 }
 
-int CMDChannel7ProcessX::conditionStimulus(double (*levelOf)(std::span<const double>) noexcept, int alsoBackup)
+int CMDChannel7ProcessX::stimTrigChnl_AbsDcMBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks)
+{
+    return conditionStimulus(subtract ? static_cast<LevelOf>(numeric::meanAbsolute) : restsAtZero, alsoBackup, blocks);
+}
+
+int CMDChannel7ProcessX::conditionStimulus(LevelOf levelOf, int alsoBackup, numeric::StimulusBlocks& blocks)
 {
     const auto samples = waveSpan();
     if (!isTriggerChannel() || samples.empty())
         return 0;
-    takeDataRange(numeric::absoluteAbove(samples, levelOf(samples)));
+    const double level = levelOf(samples, blocks);
+    takeDataRange(numeric::absoluteAbove(samples, level, blocks));
     if (!alsoBackup)
         return 1;
     const auto raw = backupSpan();
     if (raw.empty())
         return 0;
-    numeric::absoluteAbove(raw, levelOf(raw));
+    numeric::StimulusBlocks rawBlocks(raw.size());
+    const double rawLevel = levelOf(raw, rawBlocks);
+    numeric::absoluteAbove(raw, rawLevel, rawBlocks);
     return 1;
 }
 

@@ -8,7 +8,8 @@ namespace megset {
 
 namespace numeric {
 struct SampleRange;
-}
+class StimulusBlocks;
+} // namespace numeric
 
 class CMDChannel7ProcessX : public CMDChannel3Show
 {
@@ -16,6 +17,8 @@ public:
     /// Sets the range fields from the working samples. The first sample counts twice in the mean: it is meant so. 0
     /// without samples.
     int computeDataRange();
+    /// The same, which also tells what the blocks of samples hold.
+    int computeDataRangeBlocks(numeric::StimulusBlocks& blocks);
     /// Physical units per unit of the range fields; 0.0 where these have no extent.
     double getBitValue() const;
     /// What is added to a value of the range fields before it is multiplied by getBitValue(); 0.0 where that is not
@@ -55,6 +58,9 @@ public:
     /// The same with the mean of the absolute values, in which the first one counts twice, too; what would be negative
     /// becomes 0.
     int stimTrigChnl_AbsDcM(int subtract, int alsoBackup);
+    // The same, which also tell what the blocks of conditioned samples hold.
+    int stimTrigChnl_AbsDcBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
+    int stimTrigChnl_AbsDcMBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
 
     // The channel's sensor; 0 without one.
 
@@ -66,7 +72,8 @@ public:
 
 private:
     void takeDataRange(const numeric::SampleRange& range);
-    int conditionStimulus(double (*levelOf)(std::span<const double>) noexcept, int alsoBackup);
+    using LevelOf = double (*)(std::span<const double>, numeric::StimulusBlocks&) noexcept;
+    int conditionStimulus(LevelOf levelOf, int alsoBackup, numeric::StimulusBlocks& blocks);
 };
 
 } // namespace megset

@@ -15,6 +15,10 @@ namespace {
 constexpr const char* measurementHead =
     "name trial, Channel,SelectB, SelectE, LatencyB(ms), LatencyB(ms), Minimum, Mean, Max, RMS, SD, Mean+2SD \n";
 
+constexpr std::int64_t fewSamples = 3;
+constexpr const char* fewSamplesWarning =
+    "More than 3 samples are typically requred for calcualte Standard deviation!?";
+
 bool isMember(const CMDChannelzk& channel, unsigned kind)
 {
     return kind == 0 ? channel.isMEGMeasureChannel() : kind != 1 || channel.isEEGMeasureChannel();
@@ -77,13 +81,36 @@ std::int64_t CMEGData7Measure::getMeasurementParam1ChnlSD(int channel, std::int6
     const CMDChannelzk* measured = trial->getChannel(index);
     if (measured == nullptr)
         return 0;
-    if (begin == -1 || end == -1)
-        getSelect(begin, end);
+    completeRange(begin, end);
     const std::int64_t samples =
         measured->getSelectMinMeaMaxSdV(begin, end, &min, &mean, &max, &rms, &sd, &meanPlus2Sd);
-    if (samples <= 3)
-        AfxMessageBox("More than 3 samples are typically requred for calcualte Standard deviation!?", MB_OK);
+    if (samples <= fewSamples)
+        AfxMessageBox(fewSamplesWarning, MB_OK);
     return samples;
+}
+
+int CMEGData7Measure::getMeasurementParamAllChnlSD(std::int64_t begin, std::int64_t end,
+                                                   std::span<ChannelStatistics> out)
+{
+    const CMDTrialzk* trial = getTrialzk(-1);
+    if (trial == nullptr)
+        return 0;
+    completeRange(begin, end);
+    const int channels = trial->getAllSelectMinMeaMaxSdV(begin, end, out);
+    const auto written = out.first(static_cast<std::size_t>(channels));
+    const bool hasFew = std::any_of(written.begin(), written.end(), [](const ChannelStatistics& v) {
+        return v.samples > 0 && v.samples <= fewSamples;
+    });
+    if (hasFew)
+        AfxMessageBox(fewSamplesWarning, MB_OK);
+    return channels;
+}
+
+// An end that is missing makes both those of the selection.
+void CMEGData7Measure::completeRange(std::int64_t& begin, std::int64_t& end)
+{
+    if (begin == -1 || end == -1)
+        getSelect(begin, end);
 }
 
 // Opens the current trial; the word that stands for what is missing, or an empty text.

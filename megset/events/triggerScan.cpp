@@ -14,15 +14,16 @@ namespace {
 class ChannelScan
 {
 public:
-    ChannelScan(int index, std::span<const double> samples, std::size_t most, ScannedTrial& found)
-        : m_index(index), m_samples(samples), m_most(most), m_found(found)
+    ChannelScan(int index, std::span<const double> samples, const numeric::StimulusBlocks& blocks, std::size_t most,
+                ScannedTrial& found)
+        : m_index(index), m_samples(samples), m_blocks(blocks), m_most(most), m_found(found)
     {
     }
 
     void plain(double mean, double threshold)
     {
         for (std::size_t at = 0; at < m_samples.size() && !m_found.hasTooMany;) {
-            const numeric::Run run = numeric::nextRunApart(m_samples, mean, threshold, at);
+            const numeric::Run run = numeric::nextRunApart(m_samples, mean, threshold, at, m_blocks);
             at = run.end;
             if (run.begin == run.end)
                 return;
@@ -36,7 +37,7 @@ public:
     {
         bool isFirst = true;
         for (std::size_t at = 0; at < m_samples.size() && !m_found.hasTooMany;) {
-            const numeric::Run run = numeric::nextRunAbove(m_samples, threshold, at);
+            const numeric::Run run = numeric::nextRunAbove(m_samples, threshold, at, m_blocks);
             at = run.end;
             if (run.begin == run.end)
                 return;
@@ -69,18 +70,19 @@ private:
 
     int m_index;
     std::span<const double> m_samples;
+    const numeric::StimulusBlocks& m_blocks;
     std::size_t m_most;
     ScannedTrial& m_found;
 };
 
-void condition(CMDChannelzk& channel, TriggerScan scan)
+void condition(CMDChannelzk& channel, TriggerScan scan, numeric::StimulusBlocks& blocks)
 {
     if (scan == TriggerScan::Plain)
-        channel.computeDataRange();
+        channel.computeDataRangeBlocks(blocks);
     else if (scan == TriggerScan::AbsDc)
-        channel.stimTrigChnl_AbsDc(1, 0);
+        channel.stimTrigChnl_AbsDcBlocks(1, 0, blocks);
     else
-        channel.stimTrigChnl_AbsDcM(1, 0);
+        channel.stimTrigChnl_AbsDcMBlocks(1, 0, blocks);
 }
 
 // The channel's samples, at most `samples` of them.
@@ -108,9 +110,11 @@ ScannedTrial scanTriggers(CMDTrialzk& trial, TriggerScan scan, double threshold,
         CMDChannelzk* channel = trial.getChannel(i);
         if (channel == nullptr || !channel->isTriggerChannel())
             continue;
-        condition(*channel, scan);
+        const std::span<const double> samples = scannedSamples(*channel, found.samples);
+        numeric::StimulusBlocks blocks(samples.size());
+        condition(*channel, scan, blocks);
         found.info += channel->traceDataInfo();
-        ChannelScan channelScan(i, scannedSamples(*channel, found.samples), most, found);
+        ChannelScan channelScan(i, samples, blocks, most, found);
         if (scan == TriggerScan::Plain)
             channelScan.plain(channel->m_dDataMean, threshold);
         else

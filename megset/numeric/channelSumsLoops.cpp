@@ -24,12 +24,12 @@ void takePoint(double v, std::size_t i, const ChannelSumBlock& to) noexcept
 // in common is inlined into each of them, so that its target is theirs.
 inline __attribute__((always_inline)) void takeTotal(double v, ChannelTotals& t) noexcept
 {
-    t.min = v < t.min ? v : t.min;
-    t.max = v > t.max ? v : t.max;
-    t.sum += v;
+    t.all.min = v < t.all.min ? v : t.all.min;
+    t.all.max = v > t.all.max ? v : t.all.max;
+    t.all.sum += v;
+    t.all.sumOfSquares += v * v;
     t.positive += v > 0.0 ? v : 0.0;
     t.negative += v > 0.0 ? 0.0 : v;
-    t.squares += v * v;
 }
 
 namespace baseline {
@@ -50,6 +50,9 @@ namespace avx512 {
 #define MEGSET_LANES 8
 #include "megset/numeric/channelSumsLoops.inc"
 } // namespace avx512
+#else
+namespace avx2 = baseline;
+namespace avx512 = baseline;
 #endif
 
 constexpr std::size_t blockPoints = 1024; // 40 KiB of planes, inside the second-level cache with the channels
@@ -124,9 +127,9 @@ ChannelTotals unbegun(bool isFirst, std::span<const double> channel) noexcept
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     if (!isFirst)
-        return {infinity, -infinity};
+        return {{infinity, -infinity}};
     const double v = channel.empty() ? 0.0 : channel[0];
-    return {v, v};
+    return {{v, v}};
 }
 
 void add(ChannelSumTotals& sums, const ChannelTotals& channel, std::size_t points) noexcept
@@ -134,12 +137,12 @@ void add(ChannelSumTotals& sums, const ChannelTotals& channel, std::size_t point
     if (points == 0)
         return;
     const auto n = static_cast<double>(points);
-    sums.min = channel.min < sums.min ? channel.min : sums.min;
-    sums.max = channel.max > sums.max ? channel.max : sums.max;
-    sums.mean += channel.sum / n;
+    sums.min = channel.all.min < sums.min ? channel.all.min : sums.min;
+    sums.max = channel.all.max > sums.max ? channel.all.max : sums.max;
+    sums.mean += channel.all.sum / n;
     sums.positive += channel.positive / n;
     sums.negative += channel.negative / n;
-    sums.rms += channel.squares / n;
+    sums.rms += channel.all.sumOfSquares / n;
 }
 
 /// The divisors. Half of n, and the root mean square, are as the header tells: it is meant so.
@@ -171,15 +174,7 @@ void clear(const ChannelSumPlanes& planes) noexcept
 
 const ChannelSumsLoops& channelSumsLoops(ProcessorPath path) noexcept
 {
-#if MEGSET_HAS_MULTIVERSION
-    if (path == ProcessorPath::Avx512)
-        return avx512::loops;
-    if (path == ProcessorPath::Avx2)
-        return avx2::loops;
-#else
-    static_cast<void>(path);
-#endif
-    return baseline::loops;
+    return loopsOf(path, baseline::loops, avx2::loops, avx512::loops);
 }
 
 ChannelSumTotals sumChannels(Channels channels, const ChannelSumPlanes& planes, const ChannelSumsLoops& loops)
@@ -198,8 +193,8 @@ ChannelSumTotals sumChannels(Channels channels, const ChannelSumPlanes& planes, 
         sumBlock(channels, begin, std::min(begin + blockPoints, points), planes, loops, totals);
 
     ChannelSumTotals sums;
-    sums.min = totals[0].min;
-    sums.max = totals[0].max;
+    sums.min = totals[0].all.min;
+    sums.max = totals[0].all.max;
     for (std::size_t c = 0; c < channels.size(); ++c)
         add(sums, totals[c], std::min(channels[c].size(), points));
     finish(channels.size(), planes, sums);

@@ -5,6 +5,7 @@
 
 #include "megset/numeric/channelSums.h"
 #include "megset/numeric/processorPath.h"
+#include "megset/numeric/statistics.h"
 
 namespace megset::numeric {
 
@@ -21,12 +22,9 @@ struct ChannelSumBlock
 /// What the values of one channel are so far.
 struct ChannelTotals
 {
-    double min;
-    double max;
-    double sum = 0.0;
+    SampleStatistics all;
     double positive = 0.0;
     double negative = 0.0;
-    double squares = 0.0;
 };
 
 struct ChannelSumsLoops

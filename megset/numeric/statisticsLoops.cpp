@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "megset/numeric/multiversion.h"
 
@@ -11,8 +12,14 @@ namespace {
 
 constexpr std::size_t blockSamples = 1024; // 8 KiB, well inside the first-level cache
 
+// Where the next samples of several rows are asked for, so that they are there in time: those of the first pass come
+// from memory, those of the second one mostly from the second-level cache, which holds four rows of a minute or so.
+constexpr std::size_t firstPassAhead = 512;
+constexpr std::size_t secondPassAhead = 128;
+
 // The loops use the compiler's vector types, which target_clones would break up before it makes the clones. So each
-// path is a namespace whose functions have their target from the start.
+// path is a namespace whose functions have their target from the start. Vectors of 512 bits gain nothing here: memory
+// and dependent additions are what these loops wait for, and more rows at once would not fit the second-level cache.
 namespace baseline {
 #define MEGSET_TARGET
 #define MEGSET_LANES 2
@@ -24,33 +31,18 @@ namespace baseline {
 namespace avx2 {
 #define MEGSET_TARGET __attribute__((target("avx2")))
 #define MEGSET_LANES 4
-#define MEGSET_GROUPS 2
-#include "megset/numeric/statisticsLoops.inc"
-} // namespace avx2
-
-namespace avx512 {
-#define MEGSET_TARGET __attribute__((target("avx512f")))
-// Instructions of 512 bits take a port away from the dependent scalar additions of a single row.
-#define MEGSET_CONTINUE_STATISTICS avx2::continueStatistics
-#define MEGSET_LANES 8
 #define MEGSET_GROUPS 1
 #include "megset/numeric/statisticsLoops.inc"
-} // namespace avx512
+} // namespace avx2
+#else
+namespace avx2 = baseline;
 #endif
 
 } // namespace
 
 const StatisticsLoops& statisticsLoops(ProcessorPath path) noexcept
 {
-#if MEGSET_HAS_MULTIVERSION
-    if (path == ProcessorPath::Avx512)
-        return avx512::loops;
-    if (path == ProcessorPath::Avx2)
-        return avx2::loops;
-#else
-    static_cast<void>(path);
-#endif
-    return baseline::loops;
+    return loopsOf(path, baseline::loops, avx2::loops, avx2::loops);
 }
 
 } // namespace megset::numeric

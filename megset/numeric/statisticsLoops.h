@@ -10,7 +10,7 @@ namespace megset::numeric {
 
 struct StatisticsLoops
 {
-    static constexpr std::size_t mostRows = 8;
+    static constexpr std::size_t mostRows = 4;
 
     std::size_t rows; ///< how many rows the loops over rows take at once
     std::size_t step; ///< and of which number their sample count is a multiple

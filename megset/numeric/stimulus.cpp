@@ -8,32 +8,47 @@
 
 #include "megset/numeric/multiversion.h"
 #include "megset/numeric/statisticsLoops.h"
+#include "megset/platform/memory.h"
 
 namespace megset::numeric {
 
 namespace {
 
-constexpr std::size_t stimulusBlock = 1024; // 8 KiB, well inside the first-level cache
-constexpr std::size_t groupSamples = 64;
+constexpr std::size_t stimulusBlock = StimulusBlocks::samples;
+constexpr std::size_t stimulusGroup = 64;
+
+// All of these loops go without vectors of 512 bits, which take a port away from their dependent scalar additions.
 
 // Whether a group holds nothing but +0.0.
 inline __attribute__((always_inline)) bool isZeroGroup(const double* x) noexcept
 {
     std::uint64_t bits = 0;
-    for (std::size_t k = 0; k < groupSamples; ++k)
+    for (std::size_t k = 0; k < stimulusGroup; ++k)
         bits |= std::bit_cast<std::uint64_t>(x[k]);
     return bits == 0;
 }
 
-MEGSET_MULTIVERSION double stimulusSum(const double* x, std::size_t n, double sum) noexcept
+MEGSET_MULTIVERSION_256 bool stimulusIsZero(const double* x, std::size_t n) noexcept
 {
     std::size_t i = 0;
-    for (; i + groupSamples <= n; i += groupSamples) {
+    for (; i + stimulusGroup <= n; i += stimulusGroup)
+        if (!isZeroGroup(x + i))
+            return false;
+    for (; i < n; ++i)
+        if (std::bit_cast<std::uint64_t>(x[i]) != 0)
+            return false;
+    return true;
+}
+
+MEGSET_MULTIVERSION_256 double stimulusSum(const double* x, std::size_t n, double sum) noexcept
+{
+    std::size_t i = 0;
+    for (; i + stimulusGroup <= n; i += stimulusGroup) {
         if (isZeroGroup(x + i)) {
             sum += 0.0; // makes a sum of -0.0 positive, as each of the group's zeros would
             continue;
         }
-        for (std::size_t k = 0; k < groupSamples; ++k)
+        for (std::size_t k = 0; k < stimulusGroup; ++k)
             sum += x[i + k];
     }
     for (; i < n; ++i)
@@ -42,21 +57,52 @@ MEGSET_MULTIVERSION double stimulusSum(const double* x, std::size_t n, double su
 }
 
 // The divisions stand alone, so that only the additions wait for each other.
-MEGSET_MULTIVERSION double stimulusMeanAbsolute(const double* x, std::size_t n, double divisor, double sum) noexcept
+MEGSET_MULTIVERSION_256 double stimulusMeanAbsolute(const double* x, std::size_t n, double divisor, double sum) noexcept
 {
-    std::array<double, groupSamples> parts;
+    std::array<double, stimulusGroup> parts;
     std::size_t i = 0;
-    for (; i + groupSamples <= n; i += groupSamples) {
+    for (; i + stimulusGroup <= n; i += stimulusGroup) {
         if (isZeroGroup(x + i))
             continue;
-        for (std::size_t k = 0; k < groupSamples; ++k)
+        for (std::size_t k = 0; k < stimulusGroup; ++k)
             parts[k] = std::fabs(x[i + k]) / divisor;
-        for (std::size_t k = 0; k < groupSamples; ++k)
+        for (std::size_t k = 0; k < stimulusGroup; ++k)
             sum += parts[k];
     }
     for (; i < n; ++i)
         sum += std::fabs(x[i]) / divisor;
     return sum;
+}
+
+// Several chains, because each comparison waits for the one before it. NaN is passed over.
+MEGSET_MULTIVERSION_256 void stimulusAbsoluteRange(const double* x, std::size_t n, double& min, double& max) noexcept
+{
+    constexpr std::size_t chains = 32;
+    std::array<double, chains> least;
+    std::array<double, chains> most;
+    least.fill(min);
+    most.fill(max);
+    std::size_t i = 0;
+    for (; i + chains <= n; i += chains) {
+        for (std::size_t c = 0; c < chains; ++c) {
+            const double v = std::fabs(x[i + c]);
+            least[c] = v < least[c] ? v : least[c];
+            most[c] = v > most[c] ? v : most[c];
+        }
+    }
+    for (; i < n; ++i) {
+        const double v = std::fabs(x[i]);
+        least[0] = v < least[0] ? v : least[0];
+        most[0] = v > most[0] ? v : most[0];
+    }
+    for (std::size_t half = chains / 2; half > 0; half /= 2) {
+        for (std::size_t c = 0; c < half; ++c) {
+            least[c] = least[c + half] < least[c] ? least[c + half] : least[c];
+            most[c] = most[c + half] > most[c] ? most[c + half] : most[c];
+        }
+    }
+    min = least[0];
+    max = most[0];
 }
 
 inline __attribute__((always_inline)) double aboveLevel(double x, double level) noexcept
@@ -65,37 +111,24 @@ inline __attribute__((always_inline)) double aboveLevel(double x, double level) 
     return above < 0.0 ? 0.0 : above;
 }
 
-MEGSET_MULTIVERSION void stimulusAbove(double* x, std::size_t n, double level) noexcept
+// Conditions the samples and adds them to the sum, which is not -0.0, and nor is any result.
+MEGSET_MULTIVERSION_256 double stimulusAbove(double* x, std::size_t n, double level, double sum) noexcept
 {
     const bool zeroStays = level >= 0.0;
     std::size_t i = 0;
-    for (; i + groupSamples <= n; i += groupSamples) {
+    for (; i + stimulusGroup <= n; i += stimulusGroup) {
         if (zeroStays && isZeroGroup(x + i))
             continue; // and need not be written
-        for (std::size_t k = 0; k < groupSamples; ++k)
+        for (std::size_t k = 0; k < stimulusGroup; ++k)
             x[i + k] = aboveLevel(x[i + k], level);
+        for (std::size_t k = 0; k < stimulusGroup; ++k)
+            sum += x[i + k];
     }
-    for (; i < n; ++i)
+    for (; i < n; ++i) {
         x[i] = aboveLevel(x[i], level);
-}
-
-// Several chains, because each comparison waits for the one before it. All begin alike, so that a NaN in the first
-// place stays in all of them.
-MEGSET_MULTIVERSION double stimulusMinAbsolute(const double* x, std::size_t n) noexcept
-{
-    constexpr std::size_t chains = 16;
-    std::array<double, chains> least;
-    least.fill(std::fabs(x[0]));
-    std::size_t i = 0;
-    for (; i + chains <= n; i += chains)
-        for (std::size_t c = 0; c < chains; ++c)
-            least[c] = std::fabs(x[i + c]) < least[c] ? std::fabs(x[i + c]) : least[c];
-    double result = least[0];
-    for (const double v : least)
-        result = v < result ? v : result;
-    for (; i < n; ++i)
-        result = std::fabs(x[i]) < result ? std::fabs(x[i]) : result;
-    return result;
+        sum += x[i];
+    }
+    return sum;
 }
 
 // The first index from `from` on whose sample passes; n when there is none.
@@ -116,38 +149,81 @@ inline __attribute__((always_inline)) std::size_t firstPassing(const double* x, 
     return from;
 }
 
+// A test that passes for a sample between two others passes for one of these, so that a block's extremes tell.
 template <class Test>
-inline __attribute__((always_inline)) Run nextRun(const double* x, std::size_t n, std::size_t from,
+inline __attribute__((always_inline)) Run nextRun(Row x, std::size_t from, const StimulusBlocks& blocks,
                                                   Test passes) noexcept
 {
-    const std::size_t begin = firstPassing(x, n, from, passes);
-    return {begin, firstPassing(x, n, begin, [passes](double v) { return !passes(v); })};
+    const std::size_t n = x.size();
+    while (from < n) {
+        std::size_t block = from / stimulusBlock;
+        while (block < blocks.described() && !passes(blocks[block].min) && !passes(blocks[block].max))
+            ++block;
+        const bool isDescribed = block < blocks.described();
+        const std::size_t end = isDescribed ? std::min((block + 1) * stimulusBlock, n) : n;
+        from = firstPassing(x.data(), end, std::max(from, std::min(block * stimulusBlock, n)), passes);
+        if (from < end)
+            return {from, firstPassing(x.data(), n, from, [passes](double v) { return !passes(v); })};
+    }
+    return {n, n};
 }
 
-MEGSET_MULTIVERSION Run stimulusRunAbove(const double* x, std::size_t n, std::size_t from, double level) noexcept
+MEGSET_MULTIVERSION_256 Run stimulusRunAbove(Row x, std::size_t from, const StimulusBlocks& blocks,
+                                             double level) noexcept
 {
-    return nextRun(x, n, from, [level](double v) { return v > level; });
+    return nextRun(x, from, blocks, [level](double v) { return v > level; });
 }
 
-MEGSET_MULTIVERSION Run stimulusRunApart(const double* x, std::size_t n, std::size_t from, double centre,
-                                         double distance) noexcept
+MEGSET_MULTIVERSION_256 Run stimulusRunApart(Row x, std::size_t from, const StimulusBlocks& blocks, double centre,
+                                             double distance) noexcept
 {
-    return nextRun(x, n, from, [centre, distance](double v) { return std::fabs(v - centre) > distance; });
+    return nextRun(x, from, blocks, [centre, distance](double v) { return std::fabs(v - centre) > distance; });
 }
 
-// Takes the samples block by block, while they are in cache.
+template <class Value>
+std::span<Value> blockOf(std::span<Value> x, std::size_t block) noexcept
+{
+    const std::size_t from = block * stimulusBlock;
+    return x.subspan(from, std::min(stimulusBlock, x.size() - from));
+}
+
+std::size_t blockCount(std::size_t samples) noexcept
+{
+    return samples / stimulusBlock + (samples % stimulusBlock != 0 ? 1 : 0);
+}
+
+StimulusBlock zeroBlock() noexcept
+{
+    return {0.0, 0.0, true};
+}
+
+StimulusBlock describeAbsolute(Row x) noexcept
+{
+    if (stimulusIsZero(x.data(), x.size()))
+        return zeroBlock();
+    StimulusBlock block;
+    stimulusAbsoluteRange(x.data(), x.size(), block.min, block.max);
+    return block;
+}
+
+// The block that becomes of one of absolute values: what the level does to them keeps their order.
+StimulusBlock aboveLevel(const StimulusBlock& block, double level) noexcept
+{
+    if (block.max < block.min)
+        return {};
+    return {aboveLevel(block.min, level), aboveLevel(block.max, level), false};
+}
+
+// Range and sum of a row, taken block by block.
 class RangeSoFar
 {
 public:
-    void take(Row block) noexcept
+    explicit RangeSoFar(double first) noexcept : sum(first), m_range{first, first} {}
+
+    void take(const StimulusBlock& block) noexcept
     {
-        if (m_isFirst) {
-            m_range = {block.front(), block.front()};
-            m_sum = block.front();
-            m_isFirst = false;
-        }
-        m_loops.continueMinMax(block.data(), block.size(), m_range);
-        m_sum = stimulusSum(block.data(), block.size(), m_sum);
+        m_range.min = block.min < m_range.min ? block.min : m_range.min;
+        m_range.max = block.max > m_range.max ? block.max : m_range.max;
     }
 
     /// The range of `all`, which are the samples taken.
@@ -156,58 +232,132 @@ public:
         // Behind a NaN in the first place the extremes are not known.
         const double largest =
             std::isnan(m_range.min) ? maxAbsolute(all) : std::max(std::fabs(m_range.min), std::fabs(m_range.max));
-        return {m_range.min, m_range.max, largest, m_sum};
+        return {m_range.min, m_range.max, largest, sum};
     }
 
+    double sum;
+
 private:
-    const StatisticsLoops& m_loops = statisticsLoops(currentProcessorPath());
     MinMax m_range;
-    double m_sum = 0.0;
-    bool m_isFirst = true;
 };
 
 } // namespace
 
+StimulusBlocks::StimulusBlocks(std::size_t n) noexcept
+    : m_blocks(tryNewArray<StimulusBlock>(static_cast<std::int64_t>(blockCount(n)))),
+      m_room(m_blocks != nullptr ? blockCount(n) : 0)
+{
+}
+
+SampleRange rangeOf(Row x, StimulusBlocks& blocks) noexcept
+{
+    blocks.clear();
+    if (x.empty())
+        return {};
+    const StatisticsLoops& loops = statisticsLoops(currentProcessorPath());
+    RangeSoFar range(x.front());
+    for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
+        const Row samples = blockOf(x, i);
+        StimulusBlock block = zeroBlock();
+        if (stimulusIsZero(samples.data(), samples.size())) {
+            range.sum += 0.0;
+        } else {
+            MinMax extremes{StimulusBlock().min, StimulusBlock().max};
+            loops.continueMinMax(samples.data(), samples.size(), extremes);
+            block = {extremes.min, extremes.max, false};
+            range.sum = stimulusSum(samples.data(), samples.size(), range.sum);
+        }
+        range.take(block);
+        blocks.set(i, block);
+    }
+    return range.of(x);
+}
+
 SampleRange rangeOf(Row x) noexcept
 {
-    RangeSoFar range;
-    for (std::size_t from = 0; from < x.size(); from += stimulusBlock)
-        range.take(x.subspan(from, std::min(stimulusBlock, x.size() - from)));
+    StimulusBlocks none;
+    return rangeOf(x, none);
+}
+
+double minAbsolute(Row x, StimulusBlocks& blocks) noexcept
+{
+    blocks.clear();
+    if (x.empty())
+        return 0.0;
+    double smallest = std::fabs(x.front());
+    for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
+        if (!(smallest > 0.0)) // there is no smaller one, or it is a NaN that stays
+            break;
+        const Row samples = blockOf(x, i);
+        const StimulusBlock block = describeAbsolute(samples);
+        smallest = block.min < smallest ? block.min : smallest;
+        blocks.set(i, block);
+    }
+    return smallest;
+}
+
+double minAbsolute(Row x) noexcept
+{
+    StimulusBlocks none;
+    return minAbsolute(x, none);
+}
+
+double meanAbsolute(Row x, StimulusBlocks& blocks) noexcept
+{
+    blocks.clear();
+    if (x.empty())
+        return 0.0;
+    const double count = static_cast<double>(x.size());
+    double mean = std::fabs(x.front()) / count;
+    for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
+        const Row samples = blockOf(x, i);
+        const StimulusBlock block = describeAbsolute(samples);
+        if (!block.isZero)
+            mean = stimulusMeanAbsolute(samples.data(), samples.size(), count, mean);
+        blocks.set(i, block);
+    }
+    return mean;
+}
+
+double meanAbsolute(Row x) noexcept
+{
+    StimulusBlocks none;
+    return meanAbsolute(x, none);
+}
+
+SampleRange absoluteAbove(std::span<double> x, double level, StimulusBlocks& blocks) noexcept
+{
+    if (x.empty())
+        return {};
+    const bool zeroStays = level >= 0.0;
+    RangeSoFar range(aboveLevel(x.front(), level));
+    for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
+        const std::span<double> samples = blockOf(x, i);
+        StimulusBlock block = i < blocks.described() ? blocks[i] : describeAbsolute(samples);
+        if (!block.isZero || !zeroStays) {
+            range.sum = stimulusAbove(samples.data(), samples.size(), level, range.sum);
+            block = aboveLevel(block, level);
+        }
+        range.take(block);
+        blocks.set(i, block);
+    }
     return range.of(x);
 }
 
 SampleRange absoluteAbove(std::span<double> x, double level) noexcept
 {
-    RangeSoFar range;
-    for (std::size_t from = 0; from < x.size(); from += stimulusBlock) {
-        const auto block = x.subspan(from, std::min(stimulusBlock, x.size() - from));
-        stimulusAbove(block.data(), block.size(), level);
-        range.take(block);
-    }
-    return range.of(x);
+    StimulusBlocks none;
+    return absoluteAbove(x, level, none);
 }
 
-double minAbsolute(Row x) noexcept
+Run nextRunAbove(Row x, double level, std::size_t from, const StimulusBlocks& blocks) noexcept
 {
-    return x.empty() ? 0.0 : stimulusMinAbsolute(x.data(), x.size());
+    return stimulusRunAbove(x, from, blocks, level);
 }
 
-double meanAbsolute(Row x) noexcept
+Run nextRunApart(Row x, double centre, double distance, std::size_t from, const StimulusBlocks& blocks) noexcept
 {
-    if (x.empty())
-        return 0.0;
-    const double count = static_cast<double>(x.size());
-    return stimulusMeanAbsolute(x.data(), x.size(), count, std::fabs(x.front()) / count);
-}
-
-Run nextRunAbove(Row x, double level, std::size_t from) noexcept
-{
-    return stimulusRunAbove(x.data(), x.size(), std::min(from, x.size()), level);
-}
-
-Run nextRunApart(Row x, double centre, double distance, std::size_t from) noexcept
-{
-    return stimulusRunApart(x.data(), x.size(), std::min(from, x.size()), centre, distance);
+    return stimulusRunApart(x, from, blocks, centre, distance);
 }
 
 } // namespace megset::numeric

@@ -139,12 +139,6 @@ void shiftAndScale(std::span<double> x, double offset, double scale) noexcept
     shiftAndScaleLoop(x.data(), offset, scale, x.size());
 }
 
-void logarithm(std::span<double> x) noexcept
-{
-    for (double& v : x)
-        v = std::log(v);
-}
-
 void divideAndScale(std::span<double> x, std::span<const double> divisor, double scale) noexcept
 {
     divideAndScaleLoop(x.data(), divisor.data(), scale, shortest(x, divisor));

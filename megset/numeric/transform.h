@@ -33,7 +33,7 @@ void replaceOutside(std::span<double> x, double low, double high, double replace
 void replaceNonFinite(std::span<double> x, double replacement) noexcept;
 /// x[i] = (x[i] - offset) * scale
 void shiftAndScale(std::span<double> x, double offset, double scale) noexcept;
-/// x[i] = the natural logarithm of x[i]
+/// x[i] = std::log(x[i]), to the bit
 void logarithm(std::span<double> x) noexcept;
 /// x[i] = x[i] / divisor[i] * scale, the quotient rounded before it is scaled
 void divideAndScale(std::span<double> x, std::span<const double> divisor, double scale) noexcept;

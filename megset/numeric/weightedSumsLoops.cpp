@@ -43,6 +43,9 @@ namespace avx512 {
 #define MEGSET_VECTORS 4
 #include "megset/numeric/weightedSumsLoops.inc"
 } // namespace avx512
+#else
+namespace avx2 = baseline;
+namespace avx512 = baseline;
 #endif
 
 constexpr std::size_t blockSamples = 1024; // 8 KiB of each reference: about twenty of them fit the second-level cache
@@ -106,15 +109,7 @@ void sumBlock(std::span<const WeightedSum> sums, std::size_t begin, const Weight
 
 const WeightedSumsLoops& weightedSumsLoops(ProcessorPath path) noexcept
 {
-#if MEGSET_HAS_MULTIVERSION
-    if (path == ProcessorPath::Avx512)
-        return avx512::loops;
-    if (path == ProcessorPath::Avx2)
-        return avx2::loops;
-#else
-    static_cast<void>(path);
-#endif
-    return baseline::loops;
+    return loopsOf(path, baseline::loops, avx2::loops, avx512::loops);
 }
 
 void addWeightedSums(std::span<const WeightedSum> sums, const WeightedSumsLoops& loops) noexcept

@@ -62,6 +62,47 @@ TEST(MeasureChannel, AnEndOfMinusOneMakesBothThoseOfTheSelection)
     EXPECT_EQ(m.min, 1.0);
 }
 
+TEST(MeasureChannel, AllAtOnceGiveTheNumbersOfEachAlone)
+{
+    const ScriptedHost host;
+    std::mt19937 random(1);
+    std::normal_distribution<double> noise(0.3, 1000.0);
+    std::vector<std::vector<double>> channels(11, std::vector<double>(1000));
+    for (std::vector<double>& channel : channels)
+        for (double& v : channel)
+            v = noise(random);
+    MeasuredDataset m(channels);
+    m.data.m_nSelectEnd = 900;
+    for (const auto [begin, end] : {std::pair(-1, -1), std::pair(5, 777), std::pair(990, 2000)}) {
+        std::vector<ChannelStatistics> all(channels.size() + 1, {7});
+        ASSERT_EQ(m.data.getMeasurementParamAllChnlSD(begin, end, all), std::ssize(channels));
+        for (int i = 0; i < std::ssize(channels); ++i) {
+            const ChannelStatistics& v = all[static_cast<std::size_t>(i)];
+            EXPECT_EQ(v.samples, m.measure(i, begin, end));
+            EXPECT_THAT((std::vector{v.min, v.mean, v.max, v.rms}), ::testing::ElementsAreArray(m.results()));
+            EXPECT_EQ(v.sd, m.sd);
+            EXPECT_EQ(v.meanPlus2Sd, m.plus2);
+        }
+        EXPECT_EQ(all.back().samples, 7); // no channel's
+    }
+    host.expectNoMessages();
+}
+
+TEST(MeasureChannel, AllAtOnceWarnOnceOfFewSamples)
+{
+    const ScriptedHost host;
+    MeasuredDataset m({{1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, {}});
+    m.channel(2)._cleanTimeDataC(true);
+    std::vector<ChannelStatistics> all(3);
+    EXPECT_EQ(m.data.getMeasurementParamAllChnlSD(0, 3, all), 3);
+    host.expectNoMessages();
+    EXPECT_EQ(m.data.getMeasurementParamAllChnlSD(0, 2, all), 3);
+    EXPECT_THAT(host.messages(), ElementsAre(fewSamples));
+    EXPECT_EQ(all[1].mean, 2.0);
+    EXPECT_EQ(all[2].samples, 0);
+    EXPECT_EQ(CMEGDatazk().getMeasurementParamAllChnlSD(0, 2, all), 0);
+}
+
 TEST(MeasureChannel, NeedsACurrentChannel)
 {
     const ScriptedHost host;

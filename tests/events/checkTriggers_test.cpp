@@ -452,6 +452,7 @@ TEST(CheckTriggers, AMillionPulsesOfOneSampleAreOneTrigger)
 TEST(CheckTriggers, WithoutMemoryForAnOccurrenceRaiseTheInvalidArgumentException)
 {
     int raised = 0;
+    int doneWithout = 0; // the blocks that a scan passes over
     for (std::int64_t n = 1;; ++n) {
         StimulusTrial trial({pulses(1000, {{10, 9.0}, {20, 9.0}, {30, 5.0}})});
         ScriptedHost host;
@@ -459,8 +460,10 @@ TEST(CheckTriggers, WithoutMemoryForAnOccurrenceRaiseTheInvalidArgumentException
         const FailingAllocator failAt(n);
         try {
             EXPECT_EQ(trial.data.checkTrigPro(true), 1);
-            EXPECT_EQ(failAt.failures() == 0, true);
-            break;
+            if (failAt.failures() == 0)
+                break;
+            ++doneWithout;
+            EXPECT_EQ(trial.data.m_mkTrig.getTotalMarkers(), 2);
         } catch (const CInvalidArgException&) {
             ++raised;
         }
@@ -471,6 +474,7 @@ TEST(CheckTriggers, WithoutMemoryForAnOccurrenceRaiseTheInvalidArgumentException
                 << "the markers of that moment are whole";
     }
     EXPECT_GT(raised, 5);
+    EXPECT_EQ(doneWithout, 1);
 }
 
 } // namespace

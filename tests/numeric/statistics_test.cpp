@@ -188,6 +188,24 @@ TEST(NumericStatistics, SeveralRowsGiveTheBitsOfEachAlone)
     }
 }
 
+TEST(NumericStatistics, SeveralRowsGiveTheBitsOfThePlainLoopAtEveryLengthUpToSeventy)
+{
+    for (std::size_t n = 0; n <= 70; ++n) {
+        std::vector<std::vector<double>> data;
+        for (unsigned r = 0; r < 17; ++r)
+            data.push_back(r % 3 == 0 ? randomSamples(n, r) : awkwardSamples(n, r, r % 3 == 1));
+        std::vector<RowStatistics> d(data.size());
+        describeRows(asRows(data), d, 1, noStart);
+        for (std::size_t r = 0; r < data.size(); ++r) {
+            const SampleStatistics plain = plainStatistics(data[r], noStart);
+            const double mean = n > 1 ? plain.sum / static_cast<double>(n) : plain.sum;
+            EXPECT_TRUE(sameRow(
+                d[r], {plain.min, plain.max, plain.sum, plain.sumOfSquares, mean, plainDeviations(data[r], mean, 1)}))
+                << n << " " << r;
+        }
+    }
+}
+
 TEST(NumericStatistics, RowsMayDifferInLength)
 {
     const auto data = testRows();

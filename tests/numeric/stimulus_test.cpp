@@ -24,6 +24,17 @@ std::vector<double> stimulus(std::size_t n, unsigned seed)
     return x;
 }
 
+/// The same on a line that is nowhere at zero.
+std::vector<double> noisyStimulus(std::size_t n, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::normal_distribution<double> noise(0.1, 0.05);
+    std::vector<double> x = stimulus(n, seed);
+    for (double& v : x)
+        v += noise(random);
+    return x;
+}
+
 std::vector<std::vector<double>> allSamples()
 {
     std::vector<std::vector<double>> all;
@@ -33,6 +44,7 @@ std::vector<std::vector<double>> allSamples()
         all.push_back(std::vector<double>(n, -0.0));
         all.push_back(randomSamples(n, static_cast<unsigned>(n)));
         all.push_back(awkwardSamples(n, static_cast<unsigned>(n), true));
+        all.push_back(noisyStimulus(n, static_cast<unsigned>(n)));
     }
     return all;
 }
@@ -103,6 +115,70 @@ TEST(StimulusLevels, TheSmallestAndTheMeanAbsoluteValueAreThoseOfAPlainLoop)
     }
 }
 
+TEST(StimulusLevels, ConditioningGoesByTheBlocksThatTheLevelLeft)
+{
+    using Level = double (*)(Row, StimulusBlocks&) noexcept;
+    for (const Level levelOf : {Level{minAbsolute}, Level{meanAbsolute}}) {
+        for (const auto& x : allSamples()) {
+            for (const std::size_t room : {x.size(), x.size() / 2, std::size_t{0}}) {
+                StimulusBlocks blocks(room);
+                std::vector<double> conditioned = x;
+                const double level = levelOf(conditioned, blocks);
+                const SampleRange range = absoluteAbove(conditioned, level, blocks);
+                std::vector<double> expected = x;
+                for (double& v : expected) {
+                    v = std::fabs(v) - level;
+                    v = v < 0.0 ? 0.0 : v;
+                }
+                EXPECT_TRUE(sameSamples(conditioned, expected));
+                expectSameRange(range, plainRange(expected));
+            }
+        }
+    }
+}
+
+TEST(StimulusLevels, NothingBehindAZeroIsReadForTheSmallest)
+{
+    std::vector<double> x(4 * StimulusBlocks::samples, 1.0);
+    x[300] = -0.0;
+    StimulusBlocks blocks(x.size());
+    EXPECT_TRUE(sameBits(minAbsolute(x, blocks), 0.0));
+    EXPECT_EQ(blocks.described(), 2U);
+}
+
+TEST(StimulusBlocks, TellWhatABlockHolds)
+{
+    std::vector<double> x(3 * StimulusBlocks::samples, 0.0);
+    x[StimulusBlocks::samples] = -0.0;
+    x[2 * StimulusBlocks::samples + 5] = -3.0;
+    x.back() = std::nan("");
+    StimulusBlocks blocks(x.size());
+    rangeOf(x, blocks);
+    ASSERT_EQ(blocks.described(), 3U);
+    EXPECT_TRUE(blocks[0].isZero);
+    EXPECT_FALSE(blocks[1].isZero);
+    EXPECT_EQ(blocks[1].max, 0.0);
+    EXPECT_EQ(blocks[2].min, -3.0);
+    EXPECT_EQ(blocks[2].max, 0.0);
+    meanAbsolute(x, blocks);
+    EXPECT_EQ(blocks[2].min, 0.0);
+    EXPECT_EQ(blocks[2].max, 3.0);
+}
+
+TEST(StimulusBlocks, WithoutMemoryNoneAreKept)
+{
+    StimulusBlocks none;
+    none.set(0, {});
+    EXPECT_EQ(none.described(), 0U);
+    StimulusBlocks two(StimulusBlocks::samples + 1);
+    two.set(1, {}); // not the next one
+    EXPECT_EQ(two.described(), 0U);
+    two.set(0, {});
+    two.set(1, {});
+    two.set(2, {});
+    EXPECT_EQ(two.described(), 2U);
+}
+
 template <class Passes>
 void expectRuns(const std::vector<double>& x, Passes passes, auto next)
 {
@@ -123,18 +199,53 @@ void expectRuns(const std::vector<double>& x, Passes passes, auto next)
     }
 }
 
-TEST(StimulusRuns, AreThoseOfAPlainLoop)
+void expectPlainRuns(const std::vector<double>& x, const StimulusBlocks& blocks)
 {
     const double infinity = std::numeric_limits<double>::infinity();
-    for (const auto& x : allSamples())
-        for (const double level : {0.0, 0.5, 3.0, -infinity, infinity, std::nan("")}) {
+    for (const double level : {0.0, 0.5, 3.0, -1.0, -infinity, infinity, std::nan("")}) {
+        expectRuns(
+            x, [=](double v) { return v > level; }, [&](std::size_t at) { return nextRunAbove(x, level, at, blocks); });
+        for (const double centre : {0.0, 2.25, -infinity, std::nan("")})
             expectRuns(
-                x, [=](double v) { return v > level; }, [&](std::size_t at) { return nextRunAbove(x, level, at); });
-            for (const double centre : {0.0, 2.25, std::nan("")})
-                expectRuns(
-                    x, [=](double v) { return std::fabs(v - centre) > level; },
-                    [&](std::size_t at) { return nextRunApart(x, centre, level, at); });
+                x, [=](double v) { return std::fabs(v - centre) > level; },
+                [&](std::size_t at) { return nextRunApart(x, centre, level, at, blocks); });
+    }
+}
+
+TEST(StimulusRuns, AreThoseOfAPlainLoop)
+{
+    for (const auto& x : allSamples())
+        expectPlainRuns(x, {});
+}
+
+TEST(StimulusRuns, AreTheSameWhereBlocksArePassedOver)
+{
+    for (const auto& x : allSamples()) {
+        StimulusBlocks blocks(x.size());
+        rangeOf(x, blocks);
+        EXPECT_EQ(blocks.described(), (x.size() + StimulusBlocks::samples - 1) / StimulusBlocks::samples);
+        expectPlainRuns(x, blocks);
+        StimulusBlocks half(x.size() / 2);
+        rangeOf(x, half);
+        expectPlainRuns(x, half);
+        for (const double level : {0.0, 0.1, 1.5, -1.0}) {
+            std::vector<double> above = x;
+            absoluteAbove(above, level, blocks = StimulusBlocks(x.size()));
+            expectPlainRuns(above, blocks);
         }
+    }
+}
+
+TEST(StimulusRuns, ABlockWithoutASampleThatPassesIsNotRead)
+{
+    std::vector<double> x(4 * StimulusBlocks::samples, 0.25);
+    StimulusBlocks blocks(x.size());
+    rangeOf(x, blocks);
+    x[300] = x[800] = 7.0; // unknown to the blocks
+    blocks.set(3, {0.25, 7.0, false});
+    EXPECT_EQ(nextRunAbove(x, 0.5, 0, blocks).begin, 800U);
+    EXPECT_EQ(nextRunApart(x, 0.0, 0.5, 0, blocks).begin, 800U);
+    EXPECT_EQ(nextRunAbove(x, 0.5, 0).begin, 300U);
 }
 
 TEST(StimulusRuns, BehindTheEndThereIsNone)
