@@ -73,7 +73,7 @@ TEST(MeasureChannel, AllAtOnceGiveTheNumbersOfEachAlone)
             v = noise(random);
     MeasuredDataset m(channels);
     m.data.m_nSelectEnd = 900;
-    for (const auto [begin, end] : {std::pair(-1, -1), std::pair(5, 777), std::pair(990, 2000)}) {
+    for (const auto& [begin, end] : {std::pair(-1, -1), std::pair(5, 777), std::pair(990, 2000)}) {
         std::vector<ChannelStatistics> all(channels.size() + 1, {7});
         ASSERT_EQ(m.data.getMeasurementParamAllChnlSD(begin, end, all), std::ssize(channels));
         for (int i = 0; i < std::ssize(channels); ++i) {

@@ -3,7 +3,7 @@
 #include "megset/numeric/transform.h"
 #include "tests/numeric/reference.h"
 
-namespace megset::numeric {
+namespace megset::numeric::logarithm_test {
 namespace {
 
 void expectLogarithms(const std::vector<double>& x)
@@ -74,4 +74,4 @@ TEST(NumericLogarithm, IsThatOfTheLibraryForWhatHasNone)
 }
 
 } // namespace
-} // namespace megset::numeric
+} // namespace megset::numeric::logarithm_test
