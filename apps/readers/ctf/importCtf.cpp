@@ -80,7 +80,7 @@ void Import::makeTrials()
 void Import::setInformation()
 {
     CMEGRecordInfozkProzk information;
-    setRecordingInformation(m_recording, information);
+    setRecordingInformation(m_recording.header, information);
     m_dataset.setMEGRecordInfozk(&information);
     const std::vector<CCoefficientDatazk> coefficients = libraryCoefficients(m_recording.header);
     m_dataset.getMEGRecordInfozk()->getSensorCoefficientzk()->addCoefficientsData(static_cast<int>(coefficients.size()),
@@ -110,7 +110,6 @@ void Import::importSamples()
     }
 }
 
-// What the library's import leaves: the scale of channels that are no MEG sensors, and what is told of each channel.
 void Import::finishTrial(CMDTrialzk& trial, bool isGood) const
 {
     for (int i = 0; i < totalChannels(); ++i) {
@@ -120,9 +119,7 @@ void Import::finishTrial(CMDTrialzk& trial, bool isGood) const
             continue;
         if (channel->getTotalSample() != m_recording.header.samples)
             fail("there is no memory for the samples of channel \"" + from.name + "\"");
-        channel->setChannelTypeName(channelTypeName(from));
-        if (!from.isField() && from.unitsPerInteger() != 1.0)
-            channel->scaleWaveData(from.unitsPerInteger(), 1);
+        finishChannel(from, *channel);
     }
     trial.m_headLocalization = m_dataset.m_headLocalization;
     trial.setTrialGood(isGood);
@@ -131,7 +128,7 @@ void Import::finishTrial(CMDTrialzk& trial, bool isGood) const
 void Import::addMarks()
 {
     addBadSegments(m_recording, m_dataset.m_mkSegment);
-    const int outside = addMarkers(m_recording, m_dataset.m_mkMarker);
+    const int outside = addMarkers(m_recording.header, m_recording.markers, m_dataset.m_mkMarker);
     if (outside > 0)
         m_notes.push_back("Marks outside their trials are left out: " + std::to_string(outside) + ".");
 }
