@@ -23,10 +23,10 @@ void addCheck(CLI::App& program);
 /// `export DATASET`: samples as a NumPy or text file.
 void addExport(CLI::App& program);
 
-/// `phantom DEST.ds`: a simulated recording in the CTF format.
+/// `phantom DEST.ds|DEST.mega`: a simulated recording, in the CTF format or as an acquisition.
 void addPhantom(CLI::App& program);
 
-/// `import SOURCE.ds DEST.meg`: a dataset of a recording.
+/// `import SOURCE.ds|SOURCE.mega DEST.meg`: a dataset of a recording.
 void addImport(CLI::App& program);
 
 /// `demo [DIR]`: a session from the recording to clean samples, on a phantom.

@@ -1,5 +1,6 @@
 #include "apps/phantom/phantom.h"
 #include "apps/cli/commands.h"
+#include "apps/phantom/acquisition.h"
 
 #include <iostream>
 #include <memory>
@@ -11,15 +12,18 @@ namespace {
 
 struct PhantomArguments
 {
-    std::string folder;
+    std::string target;
+    bool acquisition = false;
     phantom::PhantomOptions options;
 };
 
 void writePhantom(const PhantomArguments& arguments)
 {
     try {
-        const phantom::PhantomReport report = phantom::writePhantom(arguments.folder, arguments.options);
-        std::cout << arguments.folder << ": " << report.plan.trials << " trials, " << report.channels << " channels, "
+        const phantom::PhantomReport report = arguments.acquisition
+                                                  ? phantom::writeAcquisition(arguments.target, arguments.options)
+                                                  : phantom::writePhantom(arguments.target, arguments.options);
+        std::cout << arguments.target << ": " << report.plan.trials << " trials, " << report.channels << " channels, "
                   << report.plan.samples << " samples at " << arguments.options.rate << " Hz, "
                   << report.plan.stimuli.size() << " stimuli\n";
     } catch (const std::invalid_argument& fault) {
@@ -36,8 +40,13 @@ void addPhantom(CLI::App& program)
     phantom::PhantomOptions& options = arguments->options;
     CLI::App* const command = program.add_subcommand(
         "phantom",
-        "Write a simulated recording in the CTF format: stimuli, answers, alpha rhythm, noise, interference");
-    command->add_option("DEST", arguments->folder, "The new folder; its name ends with .ds")->required();
+        "Write a simulated recording, CTF or acquisition: stimuli, answers, alpha rhythm, noise, interference");
+    command
+        ->add_option("DEST", arguments->target,
+                     "The new folder, whose name ends with .ds; with --acquisition a file, which ends with .mega")
+        ->required();
+    command->add_flag("--acquisition", arguments->acquisition,
+                      "Write an acquisition: a dataset .mega, and a .trla for each trial beside it");
     command->add_option("--trials", options.trials, "Number of trials")->capture_default_str();
     command->add_option("--seconds", options.seconds, "Length of a trial")->capture_default_str();
     command->add_option("--rate", options.rate, "Samples a second")->capture_default_str();

@@ -2,11 +2,9 @@
 
 #include "apps/phantom/Instrument.h"
 #include "apps/phantom/PhantomOptions.h"
-#include "apps/phantom/Sources.h"
+#include "apps/phantom/TrialSimulator.h"
 
 #include <filesystem>
-#include <iosfwd>
-#include <vector>
 
 namespace megset::phantom {
 
@@ -24,15 +22,10 @@ public:
     int writeTrials(const PhantomPlan& plan);
 
 private:
-    void writeTrial(const PhantomPlan& plan, int trial, std::ofstream& file);
-    void addStimuli(const PhantomPlan& plan, int trial, std::vector<double>& samples) const;
-    void addSignals(std::size_t channel, const std::vector<std::vector<double>>& courses, std::vector<double>& samples);
-
     std::filesystem::path m_stem;
-    const Instrument& m_instrument;
-    PhantomOptions m_options;
-    Sources m_sources;
-    std::vector<RandomStream> m_noise; ///< a stream for each channel
+    std::size_t m_channels;
+    std::int64_t m_maxFileBytes;
+    TrialSimulator m_simulator;
 };
 
 } // namespace megset::phantom

@@ -3,6 +3,7 @@
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/platform/AfxMessageBox.h"
+#include "megset/platform/pathParts.h"
 
 #include <algorithm>
 
@@ -66,8 +67,8 @@ int CMEGData9FileA02Neuromag::addImportNeuromagTrial(CMDTrialzk* trial, int bVir
     trial->m_nTrialKind = 1; // whatever bVirtual says
     trial->m_nTrialIndex = m_nTotalTrial;
     trial->m_strTrialName = CString::formatted("ImportTrial%d", m_nTotalTrial);
-    const CString path =
-        freePath(CString::formatted("%s%sTrial%d", m_strTrialFolder, m_strSessionName, m_nTotalTrial), -1);
+    const CString name = CString::formatted("%sTrial%d", m_strSessionName, m_nTotalTrial);
+    const CString path = freePath(m_strTrialFolder + asFileName(name), -1);
     installLast(std::move(longer), std::move(taken));
     m_nRealTrial = m_nTotalTrial;
     m_nVirtualTrial = 0; // whatever bVirtual says
@@ -124,9 +125,8 @@ std::unique_ptr<CMDTrialzk> CMEGData9FileA02Neuromag::copyThroughFile(CMDTrialzk
     const bool isOwn = placeOfTrial(&trial) >= 0; // saving all trials will end it
     if (!isOwn)
         saveAllTrials();
-    CString path = saveForDrop(
-        trial,
-        freePath(CString::formatted("%s%sDragDropTrial%d", m_strTrialFolder, m_strSessionName, m_nTotalTrial), -1));
+    const CString name = CString::formatted("%sDragDropTrial%d", m_strSessionName, m_nTotalTrial);
+    CString path = saveForDrop(trial, freePath(m_strTrialFolder + asFileName(name), -1));
     if (isOwn)
         saveAllTrials();
     if (path.IsEmpty())

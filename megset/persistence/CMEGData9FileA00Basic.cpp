@@ -173,7 +173,8 @@ int CMEGData9FileA00Basic::takeOver(CMDTrialzk* trial, Add add)
 
 CString CMEGData9FileA00Basic::addedPath() const
 {
-    return freePath(CString::formatted("%s%sTrial%d", m_strTrialFolder, m_strSessionName, m_nTotalTrial), -1);
+    const CString name = CString::formatted("%sTrial%d", m_strSessionName, m_nTotalTrial);
+    return freePath(m_strTrialFolder + asFileName(name), -1);
 }
 
 // A file that can't be written leaves the trial without a path: the two counts differ from then on.

@@ -105,10 +105,10 @@ public:
     /// Removes a trial from the dataset; its file stays. 1; 0 with "Delete Trial ID error!", also for -1, or "Not
     /// enough memory?!".
     int deleteTrial4Dataset(int trial);
-    /// Writes all trials to files "<folder><session><name>.trl" in the folder of setDocument(doc, true), and lists
-    /// these; the old files stay. 1, also where a trial can't be written, which has no path then; 0 when cancelled, or
-    /// with "Open trial for synchronization error!" and the list as it was, but for a trial that was in memory and has
-    /// its new file already.
+    /// Writes all trials to files "<folder><session><name>.trl" in the folder of setDocument(doc, true), with "_" for
+    /// separators and control characters in the names, and lists these; the old files stay. 1, also where a trial can't
+    /// be written, which has no path then; 0 when cancelled, or with "Open trial for synchronization error!" and the
+    /// list as it was, but for a trial that was in memory and has its new file already.
     int moveTrlFile2DocFold(CDocument* doc);
     /// Writes one trial as "<folder><name>.trl" under that name, or without one as "<session>Trial<index>", and lists
     /// the new file; the old one stays. With a document setDocument(doc, true) comes first. 1; 0 when that is

@@ -139,7 +139,7 @@ void CMEGData9FileA00Basic::moveTrial(int place, bool wasInMemory, CStringArray&
 {
     CMDTrialzk& trial = *m_ppTrial[place];
     const CString name = trial.m_strTrialName.IsEmpty() ? CString::formatted("Trial%d", place) : trial.m_strTrialName;
-    const CString stem = CString::formatted("%s%s%s", m_strTrialFolder, m_strSessionName, name);
+    const CString stem = m_strTrialFolder + asFileName(m_strSessionName + name);
     if (saveTrialAs(trial, freePath(stem, place, moved), name)) {
         moved.Add(trial.m_strTrialFilePath);
         // What was in memory is in the new file alone, also where a later trial ends the move.
@@ -160,7 +160,8 @@ int CMEGData9FileA00Basic::saveTrlFile2NewName(CDocument* doc, const CString& na
         return fail("Open trial error for saving trial to new name!");
     const int place = m_nCurrentTrial;
     const CString newName = name.IsEmpty() ? CString::formatted("%sTrial%d", m_strSessionName, place) : name;
-    if (!saveTrialAs(*opened, freePath(m_strTrialFolder + newName, place), newName))
+    const CString stem = m_strTrialFolder + (name.IsEmpty() ? asFileName(newName) : name);
+    if (!saveTrialAs(*opened, freePath(stem, place), newName))
         return fail("Save trial to new name error!");
     m_aTrialFilePath.SetAt(place, opened->m_strTrialFilePath);
     return 1;

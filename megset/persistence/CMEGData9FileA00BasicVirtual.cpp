@@ -5,6 +5,7 @@
 #include "megset/core/CMDTrialzk.h"
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CProgresszk.h"
+#include "megset/platform/pathParts.h"
 
 namespace megset {
 namespace {
@@ -210,11 +211,11 @@ CString CMEGData9FileA00Basic::virtualTrialStem(const CMDTrialzk& source, const 
     CString found;
     if (!sourcePath.IsEmpty())
         return CMDTrialzk::findFile(sourcePath, found)
-                   ? CMDTrialzk::filePath2FileDirectory(found) + m_strSessionName + name
+                   ? CMDTrialzk::filePath2FileDirectory(found) + asFileName(m_strSessionName + name)
                    : CString();
     if (m_pDocument == nullptr || !setDocument(m_pDocument, true))
         return {};
-    return m_strTrialFolder + m_strSessionName + name;
+    return m_strTrialFolder + asFileName(m_strSessionName + name);
 }
 
 int CMEGData9FileA00Basic::virtualTrialUpdate(CMDTrialzk* trial, int channels, std::int64_t samples, const double* data)

@@ -6,6 +6,7 @@
 #include "megset/platform/CFileDialog.h"
 #include "megset/platform/CWaitCursor.h"
 #include "megset/platform/archiveLists.h"
+#include "megset/platform/pathParts.h"
 #include "megset/platform/paths.h"
 
 #include <algorithm>
@@ -293,12 +294,13 @@ void CMEGData9FileRecord::fillSessionName(const CDocument* doc)
         m_strSessionName = withoutEndOutOf(doc->GetTitle(), ".meg");
 }
 
-// Writes the trial to its new file and ends it. One that can't be written is still in the recording's file, unless it
-// was in memory with what the user did to it.
+// Writes the trial to its new file and ends it. The names come from files of others: whatever they hold, the new file
+// lies in the folder. A trial that can't be written is still in the recording's file, unless it was in memory with what
+// the user did to it.
 void CMEGData9FileRecord::saveConverted(int index, bool wasInMemory, CStringArray& written)
 {
     CMDTrialzk& trial = *m_ppTrial[index];
-    const CString stem = CString::formatted("%s%s%s", m_strTrialFolder, m_strSessionName, trial.m_strTrialName);
+    const CString stem = m_strTrialFolder + asFileName(m_strSessionName + trial.m_strTrialName);
     CString path = freePath(stem, index, written);
     if (trial.saveTrialData(path, m_pDocument, m_strDatasetPath, true))
         written.Add(trial.m_strTrialFilePath);

@@ -8,7 +8,8 @@ namespace megset {
 
 /// A recording is a file ".mega" and a file ".trla" for each trial, which stay as they are: reading them for a document
 /// writes each trial as a file ".trl" into the document's folder. m_aRecordTrialPath and m_strRecordFolder keep what
-/// the file tells of its own trials.
+/// the file tells of its own trials. The new files have the names of session and trial, with "_" for what would lead to
+/// another folder.
 class CMEGData9FileRecord : public CMEGData9FileC
 {
 public:

@@ -1,5 +1,7 @@
 #include "megset/platform/pathParts.h"
 
+#include <algorithm>
+
 namespace megset {
 
 CString fileNameOf(const CString& path)
@@ -19,6 +21,14 @@ CString fileExtensionOf(const CString& path)
     const CString name = fileNameOf(path);
     const int dot = name.ReverseFind(u'.');
     return dot < 0 ? CString() : name.Mid(dot + 1);
+}
+
+CString asFileName(const CString& name)
+{
+    const auto isUnfit = [](char16_t unit) { return unit == u'\\' || unit == u'/' || unit < 0x20 || unit == 0x7F; };
+    std::u16string text(name.view());
+    std::replace_if(text.begin(), text.end(), isUnfit, u'_');
+    return CString(std::move(text));
 }
 
 } // namespace megset

@@ -14,4 +14,8 @@ CString fileTitleOf(const CString& path);
 /// Everything behind the last dot of the file name; empty if there is none.
 CString fileExtensionOf(const CString& path);
 
+/// A name from elsewhere as one component of a path: separators and control characters become "_", so that what is made
+/// of it stays in its folder.
+CString asFileName(const CString& name);
+
 } // namespace megset

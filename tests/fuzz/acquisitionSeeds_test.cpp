@@ -7,6 +7,7 @@
 #include "tests/persistence/acquisitionRecord.h"
 #include "tests/persistence/informationFiles.h"
 
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,27 @@ acquisitionRecord::Parts smallDataset()
     return parts;
 }
 
+// With an electrode, a stimulus, a miscellaneous or an accelerator input.
+ByteBuilder channelOfGeometry(int type)
+{
+    const auto record = [type] {
+        switch (type) {
+        case 2:
+            return channelRecord::bytesOf(CEEGelectrodezk());
+        case 3:
+            return channelRecord::bytesOf(CStimTrigzk());
+        case 4:
+            return channelRecord::bytesOf(CMisceSnsrzk());
+        default:
+            return channelRecord::bytesOf(CSensorAcceleratorzk());
+        }
+    };
+    channelRecord::Parts parts;
+    parts.geometryType = channelRecord::geometryType(700, type);
+    parts.geometry = ByteBuilder().i32(1).raw(record());
+    return acquisitionRecord::channel(parts);
+}
+
 TEST(AcquisitionFuzzSeeds, AreWhatTheyAreSaidToBe)
 {
     namespace acq = acquisitionRecord;
@@ -42,9 +64,49 @@ TEST(AcquisitionFuzzSeeds, AreWhatTheyAreSaidToBe)
     seeds["trial"] = seed(1, acq::trial(acq::filledTrial(1)));
     seeds["trial_empty"] = seed(1, acq::trial(acq::TrialParts()));
     seeds["trial_small"] = seed(1, acq::trial(acq::namedTrial("T", {{1.0, 2.0}, {3.0, 4.0}})));
+    seeds["trial_unknown"] = seed(1, acq::trialHeader(20200728));
+    // The word that says whether a common reference follows may be any number, and 0 though one follows.
+    acq::TrialParts montage = acq::filledTrial(1);
+    montage.presenceWord = -5;
+    seeds["trial_presence"] = seed(1, acq::trial(montage));
+    montage.presenceWord = 0;
+    seeds["trial_montage_unseen"] = seed(1, acq::trial(montage));
+    acq::TrialParts many;
+    many.channels = ByteBuilder().i32(0).i32(INT32_MAX).i32(1);
+    seeds["trial_impossible_count"] = seed(1, acq::trial(many));
     seeds["channel"] = seed(2, acq::channel());
     seeds["channel_plain"] = seed(2, acq::plainChannel({1.0, 2.0, 3.0}));
+    seeds["channel_unknown"] = seed(2, acq::channelHeader(20200801));
+    for (const int type : {2, 3, 4, 5})
+        seeds["channel_geometry_" + std::to_string(type)] = seed(2, channelOfGeometry(type));
     compareOrWrite("acquisition_fuzz", seeds);
+}
+
+TEST(AcquisitionFuzzSeeds, AllKnownVersionsLoad)
+{
+    namespace acq = acquisitionRecord;
+    for (const std::int32_t version : acq::versions) {
+        const ByteBuilder bytes = acq::record(version, smallDataset());
+        LoadingArchive archive(bytes);
+        EXPECT_EQ(std::make_unique<CMEGDatazk>()->serializeRecordWithoutTrials(*archive), 1) << version;
+        EXPECT_EQ(archive->bytesLeft(), 0U) << version;
+    }
+    const ByteBuilder trial = acq::trial(acq::filledTrial(1));
+    LoadingArchive archive(trial);
+    EXPECT_EQ(std::make_unique<CMDTrialzk>()->serializeAcq(*archive), 1);
+    EXPECT_EQ(archive->bytesLeft(), 0U);
+}
+
+TEST(AcquisitionFuzzSeeds, ChannelsOfEveryGeometryLoad)
+{
+    for (const int type : {2, 3, 4, 5}) {
+        const ByteBuilder bytes = channelOfGeometry(type);
+        LoadingArchive archive(bytes);
+        CMDChannelzk channel;
+        EXPECT_EQ(channel.serializeAcqzk(*archive), 1) << type;
+        EXPECT_EQ(archive->bytesLeft(), 0U) << type;
+        EXPECT_NE(channel.m_pGeomHw, nullptr) << type;
+    }
 }
 
 TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)

@@ -193,6 +193,15 @@ TEST_F(MovedTrials, WithoutANameAreNumbered)
     EXPECT_EQ(data.getTrialzk(1)->m_strTrialName, "Trial1");
 }
 
+TEST_F(MovedTrials, OfANameThatWouldLeaveTheFolderStayInIt)
+{
+    rename(1, "\\..\\..\\out");
+    EXPECT_EQ(move(), 1);
+    EXPECT_EQ(listed(1), path("new\\study_.._.._out.trl"));
+    EXPECT_TRUE(filed.folder.has("new\\study_.._.._out.trl"));
+    EXPECT_EQ(data.getTrialzk(1)->m_strTrialName, CString("\\..\\..\\out"));
+}
+
 TEST_F(MovedTrials, StayWhenTheQuestionForAFolderIsCancelled)
 {
     host.willCancelFile();

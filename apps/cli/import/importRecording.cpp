@@ -2,6 +2,7 @@
 
 #include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/dataset/changeDataset.h"
+#include "apps/cli/import/importAcquisition.h"
 #include "apps/cli/inspect/MessageRecorder.h"
 #include "apps/cli/inspect/fileTag.h"
 #include "apps/readers/ctf/importCtf.h"
@@ -21,7 +22,7 @@ fs::path trialPath(const fs::path& dataset, int trial)
     return dataset.parent_path() / (dataset.stem().string() + "_ImportTrial" + std::to_string(trial) + ".trl");
 }
 
-// Notes all files that come, so that none is left when the import fails, and none is written over unasked.
+// Notes all files that come of a folder, so that none is left when the import fails, and none is written over unasked.
 void announceFiles(const fs::path& dataset, int trials, bool force, CreatedFiles& created)
 {
     if (!fs::is_directory(dataset.parent_path()))
@@ -50,14 +51,9 @@ std::vector<std::string> import(ctf::Recording& recording, OpenDataset& open)
     }
 }
 
-} // namespace
-
-ImportSummary importRecording(const ImportArguments& arguments)
+ImportSummary importFolder(const fs::path& source, const fs::path& target, const ImportArguments& arguments)
 {
-    const fs::path target = datasetPath(arguments.target);
-    if (!arguments.force && fs::exists(target))
-        throw std::runtime_error(shownPath(target) + ": exists already");
-    ctf::Recording recording = ctf::openCtf(fs::absolute(arguments.source));
+    ctf::Recording recording = ctf::openCtf(source);
     ImportSummary summary;
     summary.warnings = recording.warnings;
     CreatedFiles created;
@@ -75,6 +71,22 @@ ImportSummary importRecording(const ImportArguments& arguments)
     summary.channels = static_cast<int>(recording.header.channels.size());
     summary.samples = recording.header.samples;
     return summary;
+}
+
+} // namespace
+
+ImportSummary importRecording(const ImportArguments& arguments)
+{
+    const fs::path source = fs::absolute(arguments.source).lexically_normal();
+    const fs::path target = datasetPath(arguments.target);
+    if (!fs::exists(source))
+        throw std::runtime_error(shownPath(source) + ": there is no such file or folder");
+    if (fs::exists(target) && fs::equivalent(source, target))
+        throw std::runtime_error(shownPath(target) + ": this is the recording; the dataset needs another name");
+    if (!arguments.force && fs::exists(target))
+        throw std::runtime_error(shownPath(target) + ": exists already");
+    return fs::is_directory(source) ? importFolder(source, target, arguments)
+                                    : importAcquisition(source, target, arguments);
 }
 
 } // namespace megset::cli

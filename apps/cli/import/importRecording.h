@@ -9,7 +9,7 @@ namespace megset::cli {
 
 struct ImportArguments
 {
-    std::string source;  ///< folder NAME.ds
+    std::string source;  ///< folder NAME.ds, or file NAME.mega
     std::string target;  ///< dataset; ".meg" is added where it has no extension
     std::string session; ///< empty: the target's name
     bool force = false;  ///< replace files that exist

@@ -72,7 +72,7 @@ void Import::makeTrial()
 void Import::setInformation()
 {
     CMEGRecordInfozkProzk information;
-    setRecordingInformation(m_recording, information);
+    setRecordingInformation(m_recording.header, information);
     m_dataset.setMEGRecordInfozk(&information);
     const std::vector<CCoefficientDatazk> coefficients = libraryCoefficients(m_recording.header);
     m_dataset.getMEGRecordInfozk()->getSensorCoefficientzk()->addCoefficientsData(static_cast<int>(coefficients.size()),
@@ -91,7 +91,7 @@ void Import::setGoodFlags()
 void Import::addMarks()
 {
     addBadSegments(m_recording, m_dataset.m_mkSegment);
-    const int outside = addMarkers(m_recording, m_dataset.m_mkMarker);
+    const int outside = addMarkers(m_recording.header, m_recording.markers, m_dataset.m_mkMarker);
     if (outside > 0)
         m_notes.push_back("Marks outside their trials are left out: " + std::to_string(outside) + ".");
 }

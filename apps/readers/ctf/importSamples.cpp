@@ -153,9 +153,7 @@ void SampleImport::finishTrial(CMDTrialzk& trial, bool isGood) const
             continue;
         if (channel->getTotalSample() != m_recording.header.samples)
             fail("there is no memory for the samples of channel \"" + from.name + "\"");
-        channel->setChannelTypeName(channelTypeName(from));
-        if (!from.isField() && from.unitsPerInteger() != 1.0)
-            channel->scaleWaveData(from.unitsPerInteger(), 1);
+        finishChannel(from, *channel);
     }
     trial.m_headLocalization = m_dataset.m_headLocalization;
     trial.setTrialGood(isGood);

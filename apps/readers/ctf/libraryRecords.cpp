@@ -3,6 +3,8 @@
 #include "apps/readers/ctf/frames.h"
 #include "apps/readers/recordedMode.h"
 
+#include "megset/core/CMDChannelzk.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -302,9 +304,8 @@ std::vector<CEEGelectrodezk> libraryElectrodes(const Res4& header)
     return electrodes;
 }
 
-void setRecordingInformation(const Recording& recording, CMEGRecordInfo& info)
+void setRecordingInformation(const Res4& header, CMEGRecordInfo& info)
 {
-    const Res4& header = recording.header;
     info.m_nRecTotalSample = info.m_nRawTotalSample = header.samples;
     info.m_nRecPreTrigPts = info.m_nRawPreTrigPts = header.preTriggerPts;
     info.m_dRecSampleRate = info.m_dRawSampleRate = header.sampleRate;
@@ -379,13 +380,12 @@ void addBadSegments(const Recording& recording, CMarkerManager& segments)
     segments.addMarker(std::move(marker));
 }
 
-int addMarkers(const Recording& recording, CMarkerManager& markers)
+int addMarkers(const Res4& header, const std::vector<Marker>& recorded, CMarkerManager& markers)
 {
     constexpr int markerGroup = 1;
-    const Res4& header = recording.header;
     const double preTriggerMs = msOf(header, header.preTriggerPts);
     int outside = 0;
-    for (const Marker& from : recording.markers) {
+    for (const Marker& from : recorded) {
         auto marker = std::make_unique<CMarkerDatazk>();
         marker->m_nMarkGroupID = markerGroup;
         marker->m_nMarkID = markers.getTotalMarkers();
@@ -403,6 +403,13 @@ int addMarkers(const Recording& recording, CMarkerManager& markers)
         markers.addMarker(std::move(marker));
     }
     return outside;
+}
+
+void finishChannel(const Channel& from, CMDChannelzk& channel)
+{
+    channel.setChannelTypeName(channelTypeName(from));
+    if (!from.isField() && from.unitsPerInteger() != 1.0)
+        channel.scaleWaveData(from.unitsPerInteger(), 1);
 }
 
 } // namespace megset::ctf

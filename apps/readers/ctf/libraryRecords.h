@@ -7,6 +7,10 @@
 
 #include <vector>
 
+namespace megset {
+class CMDChannelzk;
+}
+
 namespace megset::ctf {
 
 /// Channel type of channels that record neither field nor potentials nor stimuli: head coils, voltages, the clock.
@@ -31,7 +35,7 @@ std::vector<CEEGelectrodezk> libraryElectrodes(const Res4& header);
 /// Sets the recording information: counts, rate, averages, filters, and the texts 1 subject, 2 operator, 4 date, 5
 /// time, 6 run title, 7 run description, 8 instruments, 9 run name, 10 collection, 12 origin, 13 description, 14
 /// application, 15 sensor file. Coefficients stay.
-void setRecordingInformation(const Recording& recording, CMEGRecordInfo& info);
+void setRecordingInformation(const Res4& header, CMEGRecordInfo& info);
 
 /// The coefficient records, with the names of the sensors, and of the references as they stand in the channel list.
 std::vector<CCoefficientDatazk> libraryCoefficients(const Res4& header);
@@ -45,6 +49,10 @@ void addBadSegments(const Recording& recording, CMarkerManager& segments);
 
 /// Adds a marker for each of the recording's. Gives the number of occurrences that lie outside their trial, which are
 /// left out.
-int addMarkers(const Recording& recording, CMarkerManager& markers);
+int addMarkers(const Res4& header, const std::vector<Marker>& recorded, CMarkerManager& markers);
+
+/// What the library's import leaves to be done on a channel with its samples: what is recorded in words, and the scale
+/// of one that isn't a sensor of field.
+void finishChannel(const Channel& from, CMDChannelzk& channel);
 
 } // namespace megset::ctf

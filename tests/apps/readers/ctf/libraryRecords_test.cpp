@@ -198,7 +198,7 @@ TEST_F(CtfLibraryRecords, RecordingInformationHasCountsTextsAndFilters)
 {
     m_builder.averages = 50;
     CMEGRecordInfo info;
-    setRecordingInformation(recording(), info);
+    setRecordingInformation(recording().header, info);
     EXPECT_EQ(info.m_nRecTotalSample, 4);
     EXPECT_EQ(info.m_nRawTotalSample, 4);
     EXPECT_EQ(info.m_nRecPreTrigPts, 1);
@@ -313,7 +313,7 @@ TEST_F(CtfLibraryRecords, MarkersHaveTheSamplesOfTheirTimes)
     Recording from = recording();
     from.markers = {{"beep", "by hand", {{0, -1.0 / 600.0}, {1, 2.0 / 600.0}, {1, 0.5}, {0, -0.5}}}, {"none", "", {}}};
     CMarkerManagerzk markers;
-    EXPECT_EQ(addMarkers(from, markers), 2); // the last two lie outside their trials
+    EXPECT_EQ(addMarkers(from.header, from.markers, markers), 2); // the last two lie outside their trials
     ASSERT_EQ(markers.getTotalMarkers(), 2);
     const CMarkerDatazk* const marker = markers.getMarker(0, false);
     EXPECT_EQ(marker->m_strMarkName, "beep");
