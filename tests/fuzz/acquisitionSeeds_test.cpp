@@ -96,12 +96,13 @@ TEST(InformationFuzzSeeds, ReachTheLastByteOfEachFormat)
 TEST(AcquisitionFuzzSeeds, ReachTheLastByteOfEachFormat)
 {
     for (const char* name : {"dataset_20200727", "dataset_20220418", "trial", "channel"}) {
-        const std::vector<std::byte> bytes = seedFile("acquisition_fuzz", name);
-        LoadingArchive archive(std::span(bytes).subspan(1));
+        std::vector<std::byte> bytes = seedFile("acquisition_fuzz", name);
+        const int kind = std::to_integer<int>(bytes.at(0));
+        bytes.erase(bytes.begin());
+        LoadingArchive archive(bytes);
         CMEGDatazk dataset;
         CMDTrialzk trial;
         CMDChannelzk channel;
-        const int kind = std::to_integer<int>(bytes[0]);
         EXPECT_EQ(kind == 0   ? dataset.serializeRecordWithoutTrials(*archive)
                   : kind == 1 ? trial.serializeAcq(*archive)
                               : channel.serializeAcqzk(*archive),

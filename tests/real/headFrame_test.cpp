@@ -40,6 +40,12 @@ constexpr std::array<HeadPlace, 10> headPlaces = {{
     {"MLT14-4304", {-103.30916026944318, -12.988443060634241, 70.0876500246495}},
 }};
 
+// Electrodes there, mm.
+constexpr std::array<HeadPlace, 2> electrodePlaces = {{
+    {"EEG057", {-21.797849787034924, -97.98404737613156, 73.5818}},
+    {"EEG064", {57.82690920319871, -89.42331858722537, 14.1991}},
+}};
+
 // Its fiducials there, mm.
 constexpr Point nasion = {0.0, 117.67487527359759, 0.0};
 constexpr Point leftEar = {-74.32056585164933, 0.0, 0.0};
@@ -165,6 +171,14 @@ TEST_F(RealHeadFrame, CoilsAreWhereMnePythonHasThemInItsHeadFrame)
     }
 }
 
+TEST_F(RealHeadFrame, ElectrodesAreWhereMnePythonHasThem)
+{
+    const FiducialFrame frame(fiducials());
+    const auto head = places();
+    for (const HeadPlace& wanted : electrodePlaces)
+        expectNear(frame.from(head.at(wanted.name)), wanted.position, wanted.name);
+}
+
 TEST_F(RealHeadFrame, FiducialsAreWhereMnePythonHasThem)
 {
     moveTo("head");
@@ -187,10 +201,11 @@ TEST_F(RealHeadFrame, TheDewarsCoilsAndMeasuredFiducialsGiveTheSamePlaces)
 
 TEST_F(RealHeadFrame, ThereAndBackRestoresTheSameBits)
 {
-    moveTo("head");
-    const auto before = files();
+    const auto before = files(); // an import works in the head
     const auto head = places();
     ASSERT_EQ(before.size(), 3U);
+    moveTo("head");
+    EXPECT_EQ(files(), before);
     for (const char* frame : {"dewar", "dewar-measured"}) {
         moveTo(frame);
         EXPECT_EQ(info().at("frame"), frame);
