@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Arguments
+struct ArrayArguments
 {
     ChangeArguments change; // its dataset is the array
     std::vector<std::string> add;
@@ -23,16 +23,16 @@ struct Arguments
 };
 
 // A new array needs no word on where it goes.
-bool isNew(const Arguments& arguments)
+bool isNewArray(const ArrayArguments& arguments)
 {
     return !arguments.add.empty() && !fs::exists(arguments.change.dataset);
 }
 
 // Where the changed array goes. A file that is not the array itself must be new.
-fs::path targetOf(const Arguments& arguments, CreatedFiles& created)
+fs::path arrayTarget(const ArrayArguments& arguments, CreatedFiles& created)
 {
     const ChangeArguments& change = arguments.change;
-    const bool isNewFile = !change.out.empty() || (isNew(arguments) && !change.inPlace);
+    const bool isNewFile = !change.out.empty() || (isNewArray(arguments) && !change.inPlace);
     if (!isNewFile && !change.inPlace)
         failWithoutTarget(change.dataset, "array");
     const fs::path target = fs::absolute(change.out.empty() ? change.dataset : change.out);
@@ -41,12 +41,12 @@ fs::path targetOf(const Arguments& arguments, CreatedFiles& created)
     return target;
 }
 
-void changeArray(const Arguments& arguments)
+void changeArray(const ArrayArguments& arguments)
 {
     CreatedFiles created;
-    const fs::path target = targetOf(arguments, created);
-    const auto array =
-        isNew(arguments) ? std::make_unique<DatasetArray>() : std::make_unique<DatasetArray>(arguments.change.dataset);
+    const fs::path target = arrayTarget(arguments, created);
+    const auto array = isNewArray(arguments) ? std::make_unique<DatasetArray>()
+                                             : std::make_unique<DatasetArray>(arguments.change.dataset);
     for (const std::string& dataset : arguments.add)
         array->add(dataset);
     if (arguments.remove)
@@ -56,7 +56,7 @@ void changeArray(const Arguments& arguments)
     std::cout << shownPath(target) << ": " << array->size() << (array->size() == 1 ? " dataset\n" : " datasets\n");
 }
 
-void run(const Arguments& arguments)
+void runArray(const ArrayArguments& arguments)
 {
     if (!arguments.list)
         return changeArray(arguments);
@@ -71,7 +71,7 @@ void run(const Arguments& arguments)
 
 void addArray(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<ArrayArguments>();
     CLI::App* const command = program.add_subcommand("array", "Keep several datasets in one file");
     command->add_option("FILE", arguments->change.dataset, "A file of several datasets")->required();
     addTargetOptions(*command, arguments->change, "array");
@@ -83,7 +83,7 @@ void addArray(CLI::App& program)
     actions->require_option(1);
     command->add_flag("--json", arguments->json, "Write the list as a JSON object")->needs(list);
     command->footer("Example:\n  megset array sessions.megarray --add morning.meg evening.meg");
-    command->callback([arguments] { run(*arguments); });
+    command->callback([arguments] { runArray(*arguments); });
 }
 
 } // namespace megset::cli

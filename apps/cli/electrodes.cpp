@@ -13,7 +13,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct ElectrodesArguments
 {
     ChangeArguments change;
     std::string save;
@@ -24,12 +24,12 @@ struct Arguments
     bool json = false;
 };
 
-const char* trialsOf(const Arguments& arguments)
+const char* trialsInWords(const ElectrodesArguments& arguments)
 {
     return arguments.all ? "all trials" : "the current trial";
 }
 
-void saveFile(const Arguments& arguments)
+void saveElectrodeFile(const ElectrodesArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -37,29 +37,29 @@ void saveFile(const Arguments& arguments)
               << open->dataset.getCurrentTrialIndx() << '\n';
 }
 
-void openFile(const Arguments& arguments)
+void openElectrodeFile(const ElectrodesArguments& arguments)
 {
     const std::filesystem::path file = std::filesystem::absolute(arguments.open); // the library changes the folder
     checkElectrodeFile(file);
     OpenedElectrodes result;
     changeDataset(arguments.change, [&](OpenDataset& open) { result = openElectrodes(open, file, arguments.all); });
-    std::cout << result.given << " electrodes to " << trialsOf(arguments);
+    std::cout << result.given << " electrodes to " << trialsInWords(arguments);
     if (result.dropped > 0)
         std::cout << "; " << result.dropped << " of the file have no channel";
     std::cout << '\n';
 }
 
-void placeAtStandard(const Arguments& arguments)
+void placeAtStandard(const ElectrodesArguments& arguments)
 {
     PlacedElectrodes result;
     changeDataset(arguments.change,
                   [&](OpenDataset& open) { result = placeElectrodes(open, arguments.table, arguments.all); });
     for (const std::string& name : result.missed)
         std::cerr << "megset: there is no standard place for " << name << '\n';
-    std::cout << result.placed << " electrodes at their standard places in " << trialsOf(arguments) << '\n';
+    std::cout << result.placed << " electrodes at their standard places in " << trialsInWords(arguments) << '\n';
 }
 
-void showList(const Arguments& arguments)
+void showElectrodes(const ElectrodesArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -70,24 +70,24 @@ void showList(const Arguments& arguments)
         writeElectrodeText(electrodes, std::cout);
 }
 
-void run(const Arguments& arguments)
+void runElectrodes(const ElectrodesArguments& arguments)
 {
     if (arguments.all && arguments.open.empty() && !arguments.standard)
         throw CLI::ValidationError("--all", "goes with --open or --standard");
     if (!arguments.save.empty())
-        return saveFile(arguments);
+        return saveElectrodeFile(arguments);
     if (!arguments.open.empty())
-        return openFile(arguments);
+        return openElectrodeFile(arguments);
     if (arguments.standard)
         return placeAtStandard(arguments);
-    showList(arguments);
+    showElectrodes(arguments);
 }
 
 } // namespace
 
 void addElectrodes(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<ElectrodesArguments>();
     CLI::App* const command =
         program.add_subcommand("electrodes", "List EEG electrodes, save or open them, or take their standard places");
     addChangeOptions(*command, arguments->change);
@@ -104,7 +104,7 @@ void addElectrodes(CLI::App& program)
         ->needs(standard)
         ->capture_default_str();
     command->footer("Example:\n  megset electrodes run.meg --standard --all --out placed.meg");
-    command->callback([arguments] { run(*arguments); });
+    command->callback([arguments] { runElectrodes(*arguments); });
 }
 
 } // namespace megset::cli

@@ -13,7 +13,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct SeegArguments
 {
     ChangeArguments change;
     NewProbe probe; // that is added; its name is empty when none is
@@ -32,13 +32,13 @@ struct Arguments
     bool changes() const { return !probe.name.empty() || !assignments.empty() || !remove.empty() || !open.empty(); }
 };
 
-void changeTrials(const Arguments& arguments, const std::function<void(CMDTrialzk&)>& change)
+void changeProbes(const SeegArguments& arguments, const std::function<void(CMDTrialzk&)>& change)
 {
     changeDataset(arguments.change,
                   [&](OpenDataset& open) { forChosenTrials(open, arguments.all, "SEEG probes", change); });
 }
 
-void add(const Arguments& arguments)
+void addNewProbe(const SeegArguments& arguments)
 {
     NewProbe probe = arguments.probe;
     if (probe.type != probeTypes()[CSeegProbe::userMode] && (arguments.contacts || arguments.distance))
@@ -48,26 +48,26 @@ void add(const Arguments& arguments)
     probe.base = parsePlace(arguments.base);
     probe.tip = parsePlace(arguments.tip);
     int contacts = 0;
-    changeTrials(arguments, [&](CMDTrialzk& trial) { contacts = addProbe(trial, probe); });
+    changeProbes(arguments, [&](CMDTrialzk& trial) { contacts = addProbe(trial, probe); });
     std::cout << "probe " << probe.name << ": " << contacts << " contacts\n";
 }
 
-void assign(const Arguments& arguments)
+void assignChannels(const SeegArguments& arguments)
 {
     std::vector<Assignment> assignments;
     for (const std::string& text : arguments.assignments)
         assignments.push_back(parseAssignment(text));
-    changeTrials(arguments, [&](CMDTrialzk& trial) { assignContacts(trial, assignments); });
+    changeProbes(arguments, [&](CMDTrialzk& trial) { assignContacts(trial, assignments); });
     std::cout << assignments.size() << (assignments.size() == 1 ? " contact" : " contacts") << " assigned\n";
 }
 
-void remove(const Arguments& arguments)
+void removeNamedProbe(const SeegArguments& arguments)
 {
-    changeTrials(arguments, [&](CMDTrialzk& trial) { removeProbe(trial, arguments.remove); });
+    changeProbes(arguments, [&](CMDTrialzk& trial) { removeProbe(trial, arguments.remove); });
     std::cout << "probe " << arguments.remove << " removed\n";
 }
 
-void openFile(const Arguments& arguments)
+void openProbeFile(const SeegArguments& arguments)
 {
     const std::filesystem::path file = std::filesystem::absolute(arguments.open); // the library changes the folder
     checkProbeFile(file);
@@ -76,7 +76,7 @@ void openFile(const Arguments& arguments)
     std::cout << probes << " probes to " << (arguments.all ? "all trials\n" : "the current trial\n");
 }
 
-void saveFile(const Arguments& arguments)
+void saveProbeFile(const SeegArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -84,7 +84,7 @@ void saveFile(const Arguments& arguments)
               << open->dataset.getCurrentTrialIndx() << '\n';
 }
 
-void showList(const Arguments& arguments)
+void showProbes(const SeegArguments& arguments)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes);
@@ -94,26 +94,26 @@ void showList(const Arguments& arguments)
         writeProbeText(currentTrial(*open), std::cout);
 }
 
-void run(const Arguments& arguments)
+void runSeeg(const SeegArguments& arguments)
 {
     if (arguments.all && !arguments.changes())
         throw CLI::ValidationError("--all", "goes with what changes probes");
     if (arguments.json && (arguments.changes() || !arguments.save.empty()))
         throw CLI::ValidationError("--json", "goes with the list");
     if (!arguments.probe.name.empty())
-        return add(arguments);
+        return addNewProbe(arguments);
     if (!arguments.assignments.empty())
-        return assign(arguments);
+        return assignChannels(arguments);
     if (!arguments.remove.empty())
-        return remove(arguments);
+        return removeNamedProbe(arguments);
     if (!arguments.open.empty())
-        return openFile(arguments);
+        return openProbeFile(arguments);
     if (!arguments.save.empty())
-        return saveFile(arguments);
-    showList(arguments);
+        return saveProbeFile(arguments);
+    showProbes(arguments);
 }
 
-void addProbeOptions(CLI::App& command, Arguments& arguments, CLI::Option* add)
+void addProbeOptions(CLI::App& command, SeegArguments& arguments, CLI::Option* add)
 {
     CLI::Option* const base = command.add_option("--base", arguments.base, "X,Y,Z outside the head, mm")->needs(add);
     CLI::Option* const tip = command.add_option("--tip", arguments.tip, "X,Y,Z inside the head, mm")->needs(add);
@@ -134,7 +134,7 @@ void addProbeOptions(CLI::App& command, Arguments& arguments, CLI::Option* add)
 
 void addSeeg(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<SeegArguments>();
     CLI::App* const command =
         program.add_subcommand("seeg", "List depth probes, add them, and tie contacts to channels");
     addChangeOptions(*command, arguments->change);
@@ -157,7 +157,7 @@ void addSeeg(CLI::App& program)
     addProbeOptions(*command, *arguments, add);
     command->footer("Example:\n  megset seeg run.meg --add A --base 60,40,0 --tip 25,35,0 --type 8P --in-place\n"
                     "  megset seeg run.meg --assign A:1=SEEG01,A:2=SEEG02 --in-place");
-    command->callback([arguments] { run(*arguments); });
+    command->callback([arguments] { runSeeg(*arguments); });
 }
 
 } // namespace megset::cli

@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset {
+namespace megset::headFrame_test {
 namespace {
 
 using nlohmann::json;
@@ -218,4 +218,4 @@ TEST_F(RealHeadFrame, ThereAndBackRestoresTheSameBits)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::headFrame_test

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void open(CFile& file, const fs::path& path, unsigned flags)
+void openInformation(CFile& file, const fs::path& path, unsigned flags)
 {
     CFileException fault;
     if (!file.Open(fromNative(fs::absolute(path)), flags, &fault))
@@ -31,10 +31,10 @@ std::string meaningOf(std::string_view tag)
 }
 
 // Null for a file without a tag that is known.
-const RecordKind* kindOf(const fs::path& path)
+const RecordKind* knownKind(const fs::path& path)
 {
     CFile file;
-    open(file, path, CFile::modeRead | CFile::shareDenyNone);
+    openInformation(file, path, CFile::modeRead | CFile::shareDenyNone);
     try {
         return &kindOfFile(file, path);
     } catch (const std::runtime_error&) {
@@ -44,14 +44,14 @@ const RecordKind* kindOf(const fs::path& path)
 
 void checkTag(const fs::path& path, std::string_view tag)
 {
-    const RecordKind* const kind = kindOf(path);
+    const RecordKind* const kind = knownKind(path);
     if (kind == nullptr || kind->tag != tag)
         throw std::runtime_error(shownPath(path) + ": offset 0: this is no file of the kind: " + meaningOf(tag) +
                                  (kind != nullptr ? ", but: " + std::string(kind->meaning) : ""));
 }
 
 // In one line: where the reader gave up, why, and its own words.
-std::string faultOf(const TreeReport& report)
+std::string faultInWords(const TreeReport& report)
 {
     std::string text = "offset " + std::to_string(report.end) + ": ";
     for (const std::string& fault : report.faults)
@@ -73,13 +73,13 @@ void checkInformation(const fs::path& path, std::string_view tag)
     options.limits.depth = 0;
     const TreeReport report = inspectFile(path, options, tree);
     if (!report.faults.empty())
-        throw std::runtime_error(shownPath(path) + ": " + faultOf(report));
+        throw std::runtime_error(shownPath(path) + ": " + faultInWords(report));
 }
 
 int readInformation(const fs::path& path, const Exchange& exchange, ArchiveTracer* tracer)
 {
     CFile file;
-    open(file, path, CFile::modeRead | CFile::shareDenyNone);
+    openInformation(file, path, CFile::modeRead | CFile::shareDenyNone);
     CArchive archive(&file, CArchive::load);
     archive.setTracer(tracer);
     try {
@@ -95,7 +95,7 @@ void writeInformation(const fs::path& path, const Exchange& exchange)
     const fs::path part = path.string() + ".part";
     try {
         CFile file;
-        open(file, part, CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive);
+        openInformation(file, part, CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive);
         CArchive archive(&file, CArchive::store);
         if (!exchange(archive))
             throw std::runtime_error(shownPath(path) + ": there is nothing to be written");

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::array_test {
 
 namespace {
 
@@ -240,4 +240,4 @@ TEST_F(Array, OneActionIsAsked)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::array_test

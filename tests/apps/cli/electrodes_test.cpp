@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::electrodes_test {
 
 namespace {
 
@@ -299,4 +299,4 @@ TEST_F(Electrodes, OneActionIsAskedAndItsOptions)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::electrodes_test

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::seeg_test {
 
 namespace {
 
@@ -406,4 +406,4 @@ TEST_F(Seeg, OneActionIsAskedAndItsOptions)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::seeg_test
