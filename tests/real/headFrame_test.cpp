@@ -88,7 +88,8 @@ public:
         const double along = product(minus(nose, left), m_x);
         m_origin = {left[0] + along * m_x[0], left[1] + along * m_x[1], left[2] + along * m_x[2]};
         m_y = unit(minus(nose, m_origin));
-        m_z = {m_x[1] * m_y[2] - m_x[2] * m_y[1], m_x[2] * m_y[0] - m_x[0] * m_y[2], m_x[0] * m_y[1] - m_x[1] * m_y[0]};
+        // The library's frames are left-handed: the product is the other way round.
+        m_z = {m_y[1] * m_x[2] - m_y[2] * m_x[1], m_y[2] * m_x[0] - m_y[0] * m_x[2], m_y[0] * m_x[1] - m_y[1] * m_x[0]};
     }
 
     Point from(const Point& place) const

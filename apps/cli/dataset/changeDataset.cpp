@@ -150,7 +150,9 @@ void addTargetOptions(CLI::App& command, ChangeArguments& arguments, const std::
 
 void failWithoutTarget(const std::string& path, const std::string& what)
 {
-    throw std::runtime_error(shownPath(path) + ": say where the changed " + what + " goes, --out NEW or --in-place");
+    const std::string newName = what == "dataset" ? "NEW.meg" : "NEW";
+    throw std::runtime_error(shownPath(path) + ": say where the changed " + what + " goes, --out " + newName +
+                             " or --in-place");
 }
 
 void storeDataset(OpenDataset& open)
