@@ -65,4 +65,13 @@ void addManual(CLI::App& program);
 /// `layout DATASET --svg FILE`: the sensors on the plane.
 void addLayout(CLI::App& program);
 
+/// `electrodes DATASET`: EEG electrodes, their files and standard places.
+void addElectrodes(CLI::App& program);
+
+/// `seeg DATASET`: depth probes, their files, and the channels of their contacts.
+void addSeeg(CLI::App& program);
+
+/// `array FILE`: several datasets in one file.
+void addArray(CLI::App& program);
+
 } // namespace megset::cli

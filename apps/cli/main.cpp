@@ -30,6 +30,9 @@ void addCommands(CLI::App& program)
     megset::cli::addMontage(program);
     megset::cli::addChannels(program);
     megset::cli::addHead(program);
+    megset::cli::addElectrodes(program);
+    megset::cli::addSeeg(program);
+    megset::cli::addArray(program);
     megset::cli::addRestore(program);
     megset::cli::addLayout(program);
     megset::cli::addManual(program);

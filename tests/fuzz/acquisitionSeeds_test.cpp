@@ -130,6 +130,50 @@ TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)
     compareOrWrite("information_fuzz", seeds);
 }
 
+// What a target's first byte chooses must be reached by a seed, or the target would never come to its fields.
+TEST(InformationFuzzSeeds, ReachTheLastByteOfEachFormat)
+{
+    CMEGDatazk dataset;
+    ASSERT_EQ(dataset.initMEGData(1, 4, 1), 1);
+    const auto behindKind = [](const char* name) {
+        std::vector<std::byte> bytes = seedFile("information_fuzz", name);
+        bytes.erase(bytes.begin());
+        return bytes;
+    };
+    LoadingArchive electrodes(behindKind("electrodes"));
+    EXPECT_EQ(dataset.serializeElectrodeInfo(*electrodes, false), 1);
+    EXPECT_EQ(electrodes->bytesLeft(), 0U);
+    EXPECT_EQ(labelOf(*dataset.getMDTrial(0)->getChannel(0)), CString("E1"));
+    LoadingArchive probes(behindKind("probes_all"));
+    EXPECT_EQ(dataset.serializeSeegInfo(*probes, 1), 1);
+    EXPECT_EQ(probes->bytesLeft(), 0U);
+    EXPECT_EQ(dataset.getMDTrial(0)->m_aSeegProbe.GetSize(), 2);
+    LoadingArchive array(behindKind("array"));
+    CArrayMEDataSetzk datasets;
+    EXPECT_EQ(datasets.serializeWithoutTrials(*array), 1);
+    EXPECT_EQ(array->bytesLeft(), 0U);
+    EXPECT_EQ(datasets.getTotalDataset(), 2);
+}
+
+TEST(AcquisitionFuzzSeeds, ReachTheLastByteOfEachFormat)
+{
+    for (const char* name : {"dataset_20200727", "dataset_20220418", "trial", "channel"}) {
+        std::vector<std::byte> bytes = seedFile("acquisition_fuzz", name);
+        const int kind = std::to_integer<int>(bytes.at(0));
+        bytes.erase(bytes.begin());
+        LoadingArchive archive(bytes);
+        CMEGDatazk dataset;
+        CMDTrialzk trial;
+        CMDChannelzk channel;
+        EXPECT_EQ(kind == 0   ? dataset.serializeRecordWithoutTrials(*archive)
+                  : kind == 1 ? trial.serializeAcq(*archive)
+                              : channel.serializeAcqzk(*archive),
+                  1)
+            << name;
+        EXPECT_EQ(archive->bytesLeft(), 0U) << name;
+    }
+}
+
 } // namespace
 
 } // namespace megset::acquisitionSeeds_test

@@ -180,6 +180,21 @@ TEST_F(SeegFile, TheEndingIsAddedUnlessThePathHasItAnywhere)
     }
 }
 
+TEST_F(SeegFile, RemembersTheKindOfFileOfItsOwnDialog)
+{
+    host.willChooseFile(write("a.seeg", seegFile({1})), 2);
+    EXPECT_EQ(data.openSeegInfo(0), 1);
+    host.willChooseFile(path("a.seeg"), 1);
+    EXPECT_EQ(data.openSeegInfo(0), 1);
+    EXPECT_EQ(host.fileRequests()[1].filterIndex, 2);
+    host.willChooseFile(path("b.seeg"), 2);
+    EXPECT_EQ(data.saveSeegInfo(), 1);
+    EXPECT_EQ(host.fileRequests()[2].filterIndex, 1);
+    host.willCancelFile();
+    EXPECT_EQ(data.saveSeegInfo(), 0);
+    EXPECT_EQ(host.fileRequests()[3].filterIndex, 2);
+}
+
 TEST_F(SeegFile, ACancelledChoiceOrAFileThatCannotBeOpenedGivesZero)
 {
     host.willCancelFile();

@@ -50,8 +50,7 @@ fs::path askForTarget(const ChangeArguments& arguments)
     request.pathMustExist = true;
     const auto choice = AfxGetHost().chooseFile(request);
     if (!choice)
-        throw std::runtime_error(shownPath(arguments.dataset) +
-                                 ": say where the changed dataset goes, --out NEW.meg or --in-place");
+        failWithoutTarget(arguments.dataset, "dataset");
     return toNative(choice->path);
 }
 
@@ -138,10 +137,22 @@ void addAnswerOptions(CLI::App& command, bool& yes, bool& no)
 void addChangeOptions(CLI::App& command, ChangeArguments& arguments)
 {
     command.add_option("DATASET", arguments.dataset, "A dataset file (.meg)")->required();
-    CLI::Option* const out =
-        command.add_option("--out", arguments.out, "Leave the dataset as it is, and write the changed one here");
-    command.add_flag("--in-place", arguments.inPlace, "Change the dataset itself")->excludes(out);
+    addTargetOptions(command, arguments, "dataset");
     addAnswerOptions(command, arguments.yes, arguments.no);
+}
+
+void addTargetOptions(CLI::App& command, ChangeArguments& arguments, const std::string& what)
+{
+    CLI::Option* const out =
+        command.add_option("--out", arguments.out, "Leave the " + what + " as it is, and write the changed one here");
+    command.add_flag("--in-place", arguments.inPlace, "Change the " + what + " itself")->excludes(out);
+}
+
+void failWithoutTarget(const std::string& path, const std::string& what)
+{
+    const std::string newName = what == "dataset" ? "NEW.meg" : "NEW";
+    throw std::runtime_error(shownPath(path) + ": say where the changed " + what + " goes, --out " + newName +
+                             " or --in-place");
 }
 
 void storeDataset(OpenDataset& open)

@@ -23,6 +23,9 @@ struct ChangeArguments
 /// DATASET, --out, --in-place, --yes and --no.
 void addChangeOptions(CLI::App& command, ChangeArguments& arguments);
 
+/// --out and --in-place alone, for commands that change another kind of file: `what` names it.
+void addTargetOptions(CLI::App& command, ChangeArguments& arguments, const std::string& what);
+
 /// --yes and --no alone, for commands that make something new.
 void addAnswerOptions(CLI::App& command, bool& yes, bool& no);
 
@@ -30,6 +33,9 @@ void addAnswerOptions(CLI::App& command, bool& yes, bool& no);
 /// the library asks is answered as told, else asked on a terminal, else No. When something fails, a copy is removed,
 /// and a std::runtime_error tells why; a dataset that is changed in place is stored only after `change` returned.
 void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change);
+
+/// Throws a std::runtime_error that asks for --out or --in-place when neither is given: `what` is changed.
+[[noreturn]] void failWithoutTarget(const std::string& path, const std::string& what);
 
 /// Copies a dataset with its trials to another name; both paths are absolute. All that is made is noted in `created`.
 /// Throws std::runtime_error.
