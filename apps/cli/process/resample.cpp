@@ -2,6 +2,7 @@
 
 #include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/inspect/MessageRecorder.h"
+#include "apps/cli/process/restore.h"
 #include "megset/platform/paths.h"
 #include "megset/processing/resampledCopy.h"
 
@@ -51,10 +52,23 @@ void checkFactor(const CMEGDatazk& dataset, std::int64_t factor)
 
 } // namespace
 
-void resampleDataset(OpenDataset& open, const ResampleRequest& request)
+int resampleDataset(OpenDataset& open, const ResampleRequest& request)
 {
-    checkFactor(open.dataset, request.factor);
-    run([&] { return open.dataset.reSampleData(request.average, request.factor, true); });
+    CMEGDatazk& dataset = open.dataset;
+    checkFactor(dataset, request.factor);
+    int undone = 0;
+    run([&] {
+        for (int i = 0; i < dataset.getTotalTrial(); ++i) {
+            CMDTrialzk* const trial = dataset.getTrialzk(i);
+            if (trial == nullptr) // the library passes over it, too
+                continue;
+            if (!dataset.reSampleData(request.average, request.factor, false))
+                return 0;
+            undone += markAsRecorded(*trial) ? 1 : 0;
+        }
+        return dataset.setResampleParameter(request.average, request.factor); // also without trials
+    });
+    return undone;
 }
 
 double makeResampled(const ChangeArguments& arguments, const ResampleRequest& request, const std::string& target)

@@ -54,6 +54,30 @@ TEST_F(Resample, MeanOfEachRunIsTakenWithAverage)
     EXPECT_EQ(samples(sample.path(), 0)[1], 105.5);
 }
 
+// The samples come from what was recorded, and so must what is told of them.
+TEST_F(Resample, UndoesMontageAndNoiseReductionAndTellsSo)
+{
+    for (int t = 0; t < 3; ++t) {
+        CMDTrialzk& trial = *sample.dataset().getTrialzk(t);
+        trial.m_bMontageCrDone = t == 1;
+        trial.getChannel(1)->getMEGSensorzk()->setGradOrderNo(t == 0 ? 3 : 0);
+    }
+    sample.store();
+    const auto result = run({"--factor", "4", "--in-place"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors, HasSubstr("noise reduction and montage are undone in 2 trials; --new keeps them\n"));
+    EXPECT_THAT(samples(sample.path(), 0), ElementsAre(100, 104, 108, 112, 116, 119));
+    ReadingNotes notes;
+    const auto open = openDatasetToLook(sample.path(), notes);
+    for (int t = 0; t < 3; ++t) {
+        const auto trial = readTrial(*open, t);
+        EXPECT_EQ(trial->getChannel(1)->getMEGSensorzk()->getGradOrderNo(), 0);
+        EXPECT_EQ(trial->m_bMontageCrDone, 0);
+        EXPECT_EQ(trial->m_nTrialResampleStep, 4);
+    }
+    EXPECT_EQ(run({"--factor", "2", "--in-place"}).errors, "") << "nothing is left to undo";
+}
+
 TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
 {
     const auto before = sample.folder().read("runTrial1.trl");
