@@ -40,6 +40,8 @@ std::string thing(const MarkList& list, const char* one)
 
 void list(const Arguments& arguments)
 {
+    if (arguments.change.inPlace || !arguments.change.out.empty() || !arguments.at.empty())
+        throw std::runtime_error("say what to change: --add, --bad-segment or --remove");
     ReadingNotes notes;
     const auto open = openDatasetToLook(arguments.change.dataset, notes, LookAt::DatasetAlone);
     MarkFilter filter{arguments.lists, std::nullopt, selectTrials(open->dataset, arguments.trial)};

@@ -57,7 +57,8 @@ void scan(const TriggersArguments& arguments)
     if (arguments.json)
         return writeTriggerJson(triggers, std::cout);
     writeTriggerText(triggers, std::cout);
-    std::cout << triggers.size() << " triggers in " << trials.size() << " trials\n";
+    std::cout << triggers.size() << (triggers.size() == 1 ? " trigger in " : " triggers in ") << trials.size()
+              << (trials.size() == 1 ? " trial\n" : " trials\n");
 }
 
 } // namespace

@@ -101,8 +101,8 @@ void noteNewest(MarkList& list, const CMEGDatazk& dataset, std::size_t marker)
     const CMarkerDatazk& of = *list.markers[marker].marker;
     const int newest = of.getTotalTrgMrkPts() - 1;
     const MarkTrigClass& point = *of.m_aMarkPts.GetAt(newest);
-    list.marks.push_back({marker, newest, point.m_nMarkPtTrial, point.m_nMarkPtChannel,
-                          samplesOfMark(dataset, list.markers[marker], newest)});
+    list.marks.push_back(
+        {marker, newest, point.m_nMarkPtTrial, point.m_nMarkPtChannel, samplesOfMark(dataset, of, newest)});
 }
 
 // Keeps the occurrences that are not dropped, each with its backup.

@@ -149,14 +149,13 @@ std::vector<MarkerRow> listMarkers(CMEGDatazk& dataset, const std::vector<std::s
     return rows;
 }
 
-SampleRange samplesOfMark(const CMEGDatazk& dataset, const MarkerRow& marker, int occurrence)
+SampleRange samplesOfMark(const CMEGDatazk& dataset, const CMarkerDatazk& marker, int occurrence)
 {
-    const CMarkerDatazk& of = *marker.marker;
-    const MarkTrigClass* point = of.m_aMarkPts.GetAt(occurrence);
+    const MarkTrigClass* point = marker.m_aMarkPts.GetAt(occurrence);
     std::int64_t factor = 1;
-    if (dataset.m_recordInfo.m_nResampleFactor > 1 && of.m_aMarkPtsBk.GetSize() == of.m_aMarkPts.GetSize() &&
-        of.m_aMarkPtsBk.GetAt(occurrence) != nullptr) {
-        point = of.m_aMarkPtsBk.GetAt(occurrence);
+    if (dataset.m_recordInfo.m_nResampleFactor > 1 && marker.m_aMarkPtsBk.GetSize() == marker.m_aMarkPts.GetSize() &&
+        marker.m_aMarkPtsBk.GetAt(occurrence) != nullptr) {
+        point = marker.m_aMarkPtsBk.GetAt(occurrence);
         factor = dataset.m_recordInfo.m_nResampleFactor;
     }
     const std::int64_t begin = point->m_nMarkPtBegin / factor;
@@ -178,7 +177,7 @@ MarkList listMarks(CMEGDatazk& dataset, const MarkFilter& filter)
             if (point != nullptr &&
                 (filter.trials.empty() || std::ranges::binary_search(filter.trials, point->m_nMarkPtTrial)))
                 list.marks.push_back(
-                    {m, i, point->m_nMarkPtTrial, point->m_nMarkPtChannel, samplesOfMark(dataset, list.markers[m], i)});
+                    {m, i, point->m_nMarkPtTrial, point->m_nMarkPtChannel, samplesOfMark(dataset, marker, i)});
         }
     }
     sortMarks(list.marks);

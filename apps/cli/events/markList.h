@@ -55,7 +55,7 @@ struct MarkList
 /// Where an occurrence of a marker is at the dataset's rate as it is now. Re-sampling moves triggers alone: other marks
 /// keep the samples at which they were set, and their backup tells these at the recorded rate. An end before the begin
 /// stands for no end.
-SampleRange samplesOfMark(const CMEGDatazk& dataset, const MarkerRow& marker, int occurrence);
+SampleRange samplesOfMark(const CMEGDatazk& dataset, const CMarkerDatazk& marker, int occurrence);
 
 /// What is looked for; nothing stands for all.
 struct MarkFilter

@@ -151,7 +151,7 @@ TEST_F(Marks, AtNoPlaceAreRefused)
     for (const char* place : {"", ":", "x", "3-6", "3:6s", "ms", "1e400ms", "nanms", "3:6:9"})
         EXPECT_THAT(faultOf({"--add", "blink", "--at", place}), HasSubstr("is not of the form A")) << place;
     EXPECT_THAT(faultOf({"--bad-segment", "6:3"}), HasSubstr("is not within the samples 0 to 19"));
-    EXPECT_THAT(faultOf({"--bad-segment", "6:3ms"}), HasSubstr("ends before it begins"));
+    EXPECT_THAT(faultOf({"--bad-segment", "16:3ms"}), HasSubstr("ends before it begins"));
     EXPECT_EQ(run({"--add", "blink", "--in-place"}).exitCode, 2) << "no place at all";
     EXPECT_EQ(run({"--add", "", "--at", "3", "--in-place"}).exitCode, 2) << "no name";
 }
@@ -206,6 +206,7 @@ TEST_F(Marks, TwoActionsAtOnceAreWrongUsage)
     EXPECT_EQ(run({"--add", "blink", "--at", "1", "--remove", "blink", "--in-place"}).exitCode, 2);
     EXPECT_EQ(run({"--bad-segment", "1:2", "--at", "1", "--in-place"}).exitCode, 2);
     EXPECT_EQ(run({"--list", "--of", "triggers"}).exitCode, 2) << "no list of this name";
+    EXPECT_EQ(faultOf({}), "megset: say what to change: --add, --bad-segment or --remove\n");
 }
 
 // ---- removed
@@ -248,8 +249,6 @@ TEST_F(Marks, BadSegmentsAreRemovedByTheNameThatTheListShows)
 TEST_F(Marks, OfANameInTwoListsAreRemovedFromTheOneTold)
 {
     change({"--add", "Trig5", "--at", "3"});
-    sample.dataset().getTrigManager()->addTrigger(5, 1, 0, 1);
-    ReadingNotes notes;
     auto open = openDatasetToChange(sample.path());
     open->dataset.getTrigManager()->addTrigger(5, 1, 0, 1);
     open->dataset.getTrigManager()->getMarker(-1, false)->addMarkPt(MarkTrigClass());
@@ -321,7 +320,7 @@ TEST_F(Marks, OfAFileThatHoldsAnythingAreListedAsTheyAre)
     point.m_nMarkPtBegin = std::numeric_limits<std::int64_t>::min();
     point.m_nMarkPtEnd = std::numeric_limits<std::int64_t>::max();
     marker->addMarkPt(point);
-    marker->m_aMarkPts.Add(nullptr);
+    marker->m_aMarkPts.Add(std::unique_ptr<MarkTrigClass>());
     sample.dataset().getPatternMkManager()->addMarker(std::move(marker));
     sample.dataset().getMEGRecordInfozk()->m_dRecSampleRate = 0.0;
     sample.store();

@@ -89,6 +89,46 @@ TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
     EXPECT_EQ(runMegset({"check", path("slow.meg")}).exitCode, 0) << runMegset({"check", path("slow.meg")}).output;
 }
 
+TEST_F(Resample, NewDatasetHasTheMarksAtTheirPlaceAndTheBadChannels)
+{
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"marks", "--add", "blink", "--at", "8:15", "--trial", "1"},
+          {"marks", "--bad-segment", "4:19", "--trial", "2"},
+          {"channels", "--bad", "M2"}}) {
+        std::vector<std::string> arguments = options;
+        arguments.insert(arguments.begin() + 1, {sample.path(), "--in-place"});
+        ASSERT_EQ(runMegset(arguments).exitCode, 0);
+    }
+    auto open = openDatasetToChange(sample.path());
+    MarkTrigClass trigger;
+    trigger.m_nMarkPtBegin = 12;
+    open->dataset.getTrigManager()->addTrigger(5, 1, 12, 20);
+    open->dataset.getTrigManager()->getMarker(0, false)->addMarkPt(trigger);
+    storeDataset(*open);
+    open.reset();
+    ASSERT_EQ(run({"--factor", "4", "--new", path("slow.meg")}).exitCode, 0);
+    EXPECT_THAT(runMegset({"marks", path("slow.meg")}).output,
+                HasSubstr("    0         3         3          40          40  trigger    Trig5\n"
+                          "    1         2         3          20          40  mark       blink\n"
+                          "    2         1         4           0          60  segment    Bad_segment\n"));
+    ReadingNotes notes;
+    const auto slow = openDatasetToLook(path("slow.meg"), notes);
+    EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(1), 1);
+    EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(2), 0);
+    const CMarkerDatazk& marker = *slow->dataset.getTrigManager()->getMarker(0, false);
+    EXPECT_EQ(marker.getMarkPt(0)->m_nMarkPtEnd, 0) << "it has no end";
+    EXPECT_EQ(marker.m_aMarkPtsBk.GetAt(0)->m_nMarkPtBegin, 3) << "the new recording's";
+}
+
+TEST_F(Resample, NewDatasetOfAReSampledOneIsRefused)
+{
+    ASSERT_EQ(run({"--factor", "2", "--in-place"}).exitCode, 0);
+    const auto result = run({"--factor", "2", "--new", path("slow.meg")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("the dataset is re-sampled already: restore it first"));
+    EXPECT_FALSE(sample.folder().has("slow.meg"));
+}
+
 TEST_F(Resample, FactorsThatDoNotFitAreRefusedAndLeaveNothing)
 {
     const auto names = sample.folder().names();
