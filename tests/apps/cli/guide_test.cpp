@@ -49,8 +49,11 @@ std::vector<Step> stepsOfTheGuide()
 // and the places of what stands in it.
 std::string stable(std::string line, const std::string& folder)
 {
-    for (std::size_t at = line.find(folder); at != std::string::npos; at = line.find(folder))
+    std::size_t at = 0;
+    while ((at = line.find(folder, at)) != std::string::npos) {
         line.replace(at, folder.size(), folderOfThePage);
+        at += std::string(folderOfThePage).size();
+    }
     line = std::regex_replace(line, std::regex(R"([0-9.]+ (bytes|kB)\b)"), "SIZE");
     line =
         std::regex_replace(line, std::regex(R"(^ +[0-9]+(  +(\[|end|text |int |int64 |double |\.\.\.)))"), "OFFSET$1");

@@ -39,8 +39,9 @@ protected:
         options.insert(options.begin(), {"--list", "--json"});
         const auto result = run(options);
         EXPECT_EQ(result.exitCode, 0) << result.errors;
+        const json list = json::parse(result.output);
         std::vector<std::string> marks;
-        for (const json& mark : json::parse(result.output).at("marks"))
+        for (const json& mark : list.at("marks"))
             marks.push_back(mark.at("trial").dump() + ' ' + mark.at("list").get<std::string>() + ' ' +
                             mark.at("name").get<std::string>() + ' ' + mark.at("samples")[0].dump() + '-' +
                             mark.at("samples")[1].dump());
