@@ -10,7 +10,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct BlankArguments
 {
     ChangeArguments change;
     std::vector<std::string> trial;
@@ -18,12 +18,12 @@ struct Arguments
     bool hold = false;
 };
 
-const char* plural(std::int64_t count)
+const char* pluralEnd(std::int64_t count)
 {
     return count == 1 ? "" : "s";
 }
 
-void blank(const Arguments& arguments)
+void blankAsTold(const BlankArguments& arguments)
 {
     Blanked blanked;
     changeDataset(arguments.change, [&](OpenDataset& open) {
@@ -32,18 +32,18 @@ void blank(const Arguments& arguments)
         blanked = blankSegments(open, trials, arguments.hold);
     });
     if (blanked.outside > 0)
-        std::cerr << "megset: " << blanked.outside << " bad segment" << plural(blanked.outside)
+        std::cerr << "megset: " << blanked.outside << " bad segment" << pluralEnd(blanked.outside)
                   << " outside the trials left out\n";
-    std::cout << blanked.segments << " bad segment" << plural(blanked.segments) << " blanked in " << blanked.trials
-              << " trial" << plural(blanked.trials) << ": " << blanked.samples << " sample" << plural(blanked.samples)
-              << (arguments.hold ? " held at the one before" : " set to 0") << '\n';
+    std::cout << blanked.segments << " bad segment" << pluralEnd(blanked.segments) << " blanked in " << blanked.trials
+              << " trial" << pluralEnd(blanked.trials) << ": " << blanked.samples << " sample"
+              << pluralEnd(blanked.samples) << (arguments.hold ? " held at the one before" : " set to 0") << '\n';
 }
 
 } // namespace
 
 void addBlank(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<BlankArguments>();
     CLI::App* const command = program.add_subcommand("blank", "Blank the bad segments in the samples of all channels");
     addChangeOptions(*command, arguments->change);
     command->add_flag("--segments", arguments->segments, "The bad segments, each in its own trial")->required();
@@ -52,7 +52,7 @@ void addBlank(CLI::App& program)
         ->delimiter(',')
         ->allow_extra_args(false);
     command->footer("Example:\n  megset blank run.meg --segments --hold --out blanked.meg");
-    command->callback([arguments] { blank(*arguments); });
+    command->callback([arguments] { blankAsTold(*arguments); });
 }
 
 } // namespace megset::cli

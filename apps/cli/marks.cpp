@@ -11,7 +11,7 @@ namespace megset::cli {
 
 namespace {
 
-struct Arguments
+struct MarksArguments
 {
     ChangeArguments change;
     bool list = false;
@@ -25,7 +25,7 @@ struct Arguments
     bool json = false;
 };
 
-void tell(const MarkList& list, bool asJson, const std::string& what)
+void tellMarks(const MarkList& list, bool asJson, const std::string& what)
 {
     if (asJson)
         return writeJson(list, std::cout);
@@ -33,12 +33,12 @@ void tell(const MarkList& list, bool asJson, const std::string& what)
     std::cout << list.marks.size() << what << " in " << trials << (trials == 1 ? " trial" : " trials") << '\n';
 }
 
-std::string thing(const MarkList& list, const char* one)
+std::string thingsMarked(const MarkList& list, const char* one)
 {
     return std::string(" ") + one + (list.marks.size() == 1 ? "" : "s");
 }
 
-void list(const Arguments& arguments)
+void listAll(const MarksArguments& arguments)
 {
     if (arguments.change.inPlace || !arguments.change.out.empty() || !arguments.at.empty())
         throw std::runtime_error("say what to change: --add, --bad-segment or --remove");
@@ -50,10 +50,10 @@ void list(const Arguments& arguments)
     const MarkList marks = listMarks(open->dataset, filter);
     if (!arguments.json)
         writeText(marks, std::cout);
-    tell(marks, arguments.json, thing(marks, "mark"));
+    tellMarks(marks, arguments.json, thingsMarked(marks, "mark"));
 }
 
-MarkList change(OpenDataset& open, const Arguments& arguments)
+MarkList changeAsTold(OpenDataset& open, const MarksArguments& arguments)
 {
     const std::vector<int> trials = selectTrials(open.dataset, arguments.trial);
     if (!arguments.bad.empty())
@@ -63,21 +63,21 @@ MarkList change(OpenDataset& open, const Arguments& arguments)
                                  : addHandMarks(open, arguments.add, at);
 }
 
-void changeMarks(const Arguments& arguments)
+void changeMarks(const MarksArguments& arguments)
 {
     MarkList marks;
-    changeDataset(arguments.change, [&](OpenDataset& open) { marks = change(open, arguments); });
-    tell(marks, arguments.json,
-         !arguments.bad.empty()   ? thing(marks, "bad segment") + " added"
-         : !arguments.add.empty() ? thing(marks, "mark") + " added"
-                                  : thing(marks, "mark") + " removed");
+    changeDataset(arguments.change, [&](OpenDataset& open) { marks = changeAsTold(open, arguments); });
+    tellMarks(marks, arguments.json,
+              !arguments.bad.empty()   ? thingsMarked(marks, "bad segment") + " added"
+              : !arguments.add.empty() ? thingsMarked(marks, "mark") + " added"
+                                       : thingsMarked(marks, "mark") + " removed");
 }
 
 } // namespace
 
 void addMarks(CLI::App& program)
 {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<MarksArguments>();
     CLI::App* const command = program.add_subcommand("marks", "List, add and remove triggers, marks and bad segments");
     addChangeOptions(*command, arguments->change);
     const auto isNamed = [](const std::string& name) { return name.empty() ? "a marker needs a name" : ""; };
@@ -118,7 +118,7 @@ void addMarks(CLI::App& program)
     command->footer("Example:\n  megset marks run.meg --bad-segment 80:120ms --trial 3,5:7 --in-place");
     command->callback([arguments] {
         const bool isListing = arguments->add.empty() && arguments->bad.empty() && arguments->remove.empty();
-        isListing ? list(*arguments) : changeMarks(*arguments);
+        isListing ? listAll(*arguments) : changeMarks(*arguments);
     });
 }
 

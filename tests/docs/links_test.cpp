@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::links_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -56,4 +56,4 @@ TEST(Pages, AreAllReachedFromTheReadme)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::links_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset {
+namespace megset::triggersPage_test {
 namespace {
 
 using ::testing::HasSubstr;
@@ -109,4 +109,4 @@ TEST(TriggersPage, TellsTheBoundsOfAScan)
 }
 
 } // namespace
-} // namespace megset
+} // namespace megset::triggersPage_test

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::blank_test {
 
 namespace {
 
@@ -170,4 +170,4 @@ TEST_F(Blank, FaultsAreTold)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::blank_test

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace megset::cli {
+namespace megset::cli::guide_test {
 
 namespace {
 
@@ -129,4 +129,4 @@ TEST(Guide, GoesThroughTheCommandsOfASession)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::guide_test

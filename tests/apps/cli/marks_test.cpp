@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace megset::cli {
+namespace megset::cli::marks_test {
 
 namespace {
 
@@ -372,4 +372,4 @@ TEST_F(Marks, AHundredThousandAreListed)
 
 } // namespace
 
-} // namespace megset::cli
+} // namespace megset::cli::marks_test
