@@ -38,6 +38,12 @@ void addMeasure(CLI::App& program);
 /// `triggers DATASET`: the stimuli on the trigger channels.
 void addTriggers(CLI::App& program);
 
+/// `marks DATASET`: triggers, marks and bad segments listed, added, removed.
+void addMarks(CLI::App& program);
+
+/// `blank DATASET --segments`: bad segments blanked in the samples.
+void addBlank(CLI::App& program);
+
 /// `spectrum DATASET`: spectra over time and frequency.
 void addSpectrum(CLI::App& program);
 

@@ -23,6 +23,8 @@ void addCommands(CLI::App& program)
     megset::cli::addExport(program);
     megset::cli::addMeasure(program);
     megset::cli::addTriggers(program);
+    megset::cli::addMarks(program);
+    megset::cli::addBlank(program);
     megset::cli::addSpectrum(program);
     megset::cli::addPhantom(program);
     megset::cli::addGradient(program);

@@ -19,13 +19,18 @@ struct ResampleArguments
 void resample(const ResampleArguments& arguments)
 {
     double rate = 0.0;
+    int undone = 0;
     if (!arguments.made.empty())
         rate = makeResampled(arguments.change, arguments.request, arguments.made);
     else
         changeDataset(arguments.change, [&](OpenDataset& open) {
-            resampleDataset(open, arguments.request);
+            undone = resampleDataset(open, arguments.request);
             rate = open.dataset.getMEGRecordInfozk()->m_dRecSampleRate;
         });
+    if (undone > 0)
+        std::cerr
+            << "megset: re-sampling starts from the samples as recorded: noise reduction and montage are undone in "
+            << undone << (undone == 1 ? " trial" : " trials") << "; --new keeps them\n";
     std::cout << "re-sampled by " << arguments.request.factor << ": " << rate << " Hz\n";
 }
 

@@ -42,19 +42,23 @@ void scan(const TriggersArguments& arguments)
     const std::string tsv = arguments.tsv.empty()
                                 ? ""
                                 : std::filesystem::absolute(arguments.tsv).string(); // the library changes the folder
-    std::vector<FoundTrigger> triggers;
+    TriggerFindings found;
+    const std::vector<FoundTrigger>& triggers = found.triggers;
     changeDataset(arguments.change, [&](OpenDataset& open) {
-        triggers = scanTriggers(open, request);
+        found = scanTriggers(open, request);
         if (!tsv.empty())
             writeFile(triggers, open.dataset, tsv);
     });
+    for (const std::string& note : found.notes)
+        std::cerr << "megset: " << note << '\n';
     std::set<int> trials;
     for (const FoundTrigger& trigger : triggers)
         trials.insert(trigger.trial);
     if (arguments.json)
         return writeTriggerJson(triggers, std::cout);
     writeTriggerText(triggers, std::cout);
-    std::cout << triggers.size() << " triggers in " << trials.size() << " trials\n";
+    std::cout << triggers.size() << (triggers.size() == 1 ? " trigger in " : " triggers in ") << trials.size()
+              << (trials.size() == 1 ? " trial\n" : " trials\n");
 }
 
 } // namespace
@@ -67,8 +71,10 @@ void addTriggers(CLI::App& program)
     command->add_option("--mode", arguments->mode, "How channels are prepared and pulses told apart")
         ->check(CLI::IsMember({"plain", "pro", "absdc", "absdcm"}))
         ->capture_default_str();
-    command->add_option("--threshold", arguments->request.threshold,
-                        "Level above which a sample counts (default: half the range for plain, 0.5 for the others)");
+    command
+        ->add_option("--threshold", arguments->request.threshold,
+                     "Level above which a sample counts (default: half the range for plain, 0.5 for the others)")
+        ->check([](const std::string& text) { return text.find_first_of("nN") == text.npos ? "" : "is no level"; });
     command->add_option("--prefix", arguments->request.prefix, "First part of the markers' names")
         ->capture_default_str();
     command->add_flag("--keep", arguments->request.keep, "Add to the triggers that are there");

@@ -118,6 +118,7 @@ void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& cre
     const std::vector<fs::path> copies = copyTrials(*source, target, created);
     source->path = target;
     source->document.SetPathName(fromNative(target));
+    const int current = source->dataset.m_nCurrentTrial;
     source->dataset._cleanDatasetTrials(); // the resident trial is the source's; its copy lies on disk
     source->dataset.m_ppTrial.allocate(static_cast<int>(copies.size()));
     takeDocument(*source);
@@ -125,6 +126,7 @@ void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& cre
     for (const fs::path& copy : copies)
         source->dataset.m_aTrialFilePath.Add(fromNative(copy));
     source->dataset.m_nTotalTrial = static_cast<int>(copies.size());
+    source->dataset.m_nCurrentTrial = current;
     storeDataset(*source);
 }
 

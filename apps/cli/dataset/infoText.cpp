@@ -1,6 +1,6 @@
 #include "apps/cli/dataset/DatasetInfo.h"
 
-#include "megset/platform/terminalText.h"
+#include "apps/cli/dataset/shownLine.h"
 
 #include <array>
 #include <iomanip>
@@ -11,16 +11,6 @@
 namespace megset::cli {
 
 namespace {
-
-// Files hold names; a name must not command the terminal, nor break the line.
-std::string shownInLine(const std::string& text)
-{
-    std::string line = showControlCharacters(CString(text)).toUtf8();
-    for (char& c : line)
-        if (c == '\n' || c == '\t')
-            c = ' ';
-    return line;
-}
 
 std::string number(double value)
 {
@@ -68,8 +58,8 @@ std::string channelCounts(const DatasetInfo& info)
 
 void writeSession(const DatasetInfo& info, std::ostream& out)
 {
-    line(out, "session", shownInLine(info.session));
-    line(out, "file", shownInLine(info.file) + ", " + byteSize(info.bytes));
+    line(out, "session", shownLine(info.session));
+    line(out, "file", shownLine(info.file) + ", " + byteSize(info.bytes));
     line(out, "rate", number(info.rate) + " Hz");
     line(out, "samples",
          std::to_string(info.samples) + ", of these " + std::to_string(info.preTrigger) + " before the trigger");
@@ -82,7 +72,7 @@ void writeSession(const DatasetInfo& info, std::ostream& out)
     line(out, "frame", info.frame);
     line(out, "filter range", number(info.filterLow) + " to " + number(info.filterHigh) + " Hz");
     for (const std::string& done : info.processing)
-        line(out, "processing", shownInLine(done));
+        line(out, "processing", shownLine(done));
     line(out, "trials", std::to_string(info.trials.size()));
     line(out, "channels", channelCounts(info));
 }
@@ -98,7 +88,7 @@ void writeTrials(const DatasetInfo& info, std::ostream& out)
                 : trial.isVirtual ? "virtual"
                                   : "recorded")
             << std::setw(5) << (trial.good ? "good" : "bad") << std::right << std::setw(9) << trial.samples << "  "
-            << std::left << std::setw(12) << byteSize(trial.bytes) << shownInLine(trial.file) << '\n';
+            << std::left << std::setw(12) << byteSize(trial.bytes) << shownLine(trial.file) << '\n';
     }
 }
 
@@ -118,7 +108,7 @@ void writeChannels(const DatasetInfo& info, std::ostream& out)
     out << "\nindex  name              type  kind     unit  good  shown  order  position, mm\n";
     for (const ChannelInfo& channel : info.channels) {
         out << std::right << std::setw(5) << channel.index << "  " << std::left << std::setw(18)
-            << shownInLine(channel.name) << std::setw(6) << channel.type << std::setw(9) << channel.kind << std::setw(6)
+            << shownLine(channel.name) << std::setw(6) << channel.type << std::setw(9) << channel.kind << std::setw(6)
             << channel.unit << std::setw(6) << (channel.good ? "yes" : "no") << std::setw(7)
             << (channel.shown ? "yes" : "no") << std::setw(7)
             << (channel.gradientOrder ? std::to_string(*channel.gradientOrder) : "") << place(channel.position) << '\n';
@@ -131,7 +121,7 @@ void writeMarks(const DatasetInfo& info, std::ostream& out)
         return;
     out << "\nmarks\n";
     for (const MarkInfo& mark : info.marks)
-        out << "  " << std::left << std::setw(10) << mark.list << std::setw(18) << shownInLine(mark.name)
+        out << "  " << std::left << std::setw(10) << mark.list << std::setw(18) << shownLine(mark.name)
             << countOf(static_cast<std::size_t>(mark.count), "occurrence") << '\n';
 }
 

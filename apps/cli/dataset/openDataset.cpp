@@ -80,7 +80,7 @@ std::filesystem::path datasetPath(const std::filesystem::path& name)
     return path;
 }
 
-std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes)
+std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes, LookAt what)
 {
     const MessageRecorder host([] { return ReaderMessage(); });
     CFile file;
@@ -95,6 +95,8 @@ std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path
             throw fault(open->path, host.messages().back().text);
         throw;
     }
+    if (what == LookAt::DatasetAlone)
+        return open;
     try {
         readCurrentTrial(*open);
     } catch (const std::runtime_error& exception) {

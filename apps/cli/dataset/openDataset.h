@@ -32,10 +32,18 @@ struct ReadingNotes
 /// The absolute path that a user means by the name of a dataset: ".meg" is added where it has no extension.
 std::filesystem::path datasetPath(const std::filesystem::path& name);
 
-/// Opens a dataset with its current trial to look at it: nobody is asked, nothing is written, and others may have the
-/// files open. A trial that can't be read doesn't hinder; it is told in the notes and not in memory then. Throws
-/// std::runtime_error with path and reason when the dataset itself can't be read.
-std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes);
+/// What of a dataset is read to look at it.
+enum class LookAt
+{
+    CurrentTrial, ///< the dataset, and its current trial
+    DatasetAlone  ///< no trial: marks and the like are there at once, however large the trials are
+};
+
+/// Opens a dataset to look at it: nobody is asked, nothing is written, and others may have the files open. A trial that
+/// can't be read doesn't hinder; it is told in the notes and not in memory then. Throws std::runtime_error with path
+/// and reason when the dataset itself can't be read.
+std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes,
+                                               LookAt what = LookAt::CurrentTrial);
 
 /// Opens a dataset as the library does, which may ask for its current trial and, for old files, writes trials back.
 /// Throws as above.

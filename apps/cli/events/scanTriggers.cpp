@@ -1,5 +1,6 @@
 #include "apps/cli/events/scanTriggers.h"
 
+#include "apps/cli/dataset/shownLine.h"
 #include "apps/cli/inspect/MessageRecorder.h"
 #include "apps/cli/process/forEachTrial.h"
 
@@ -8,14 +9,34 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
+#include <map>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace megset::cli {
 
 namespace {
 
 constexpr double defaultThreshold = 0.5;
+
+// As in the library's scan of a dataset: beyond them a channel is no stimulus channel, and its marks eat the memory.
+constexpr std::size_t mostTriggers = 1'000'000;
+constexpr std::size_t mostMarkers = 200'000;
+
+void refuseTooMany(std::size_t count, std::size_t most)
+{
+    if (count > most)
+        throw std::runtime_error("Too many triggers (more than " + std::to_string(most) +
+                                 "), please check the trigger channels!");
+}
+
+bool hasNoNumbers(const CMDChannelzk& channel)
+{
+    const double* const samples = channel.getDataWave();
+    return std::any_of(samples, samples + channel.getTotalSample(), [](double v) { return !std::isfinite(v); });
+}
 
 std::vector<CMDChannelzk*> triggerChannels(const CMDTrialzk& trial)
 {
@@ -73,18 +94,53 @@ public:
             manager.cleanMarks();
         manager.m_trigScanParam.m_nTrigScanMode = request.mode;
         manager.m_trigScanParam.m_strTrigPrefix = request.prefix;
+        for (int i = 0; i < manager.getTotalMarkers(); ++i)
+            if (CMarkerDatazk* const marker = manager.getMarker(i, false))
+                m_known.emplace(Identity(marker->m_nMarkValue, marker->m_nMarkChannel), marker);
     }
 
-    std::vector<FoundTrigger> run()
+    TriggerFindings run()
     {
         int index = 0;
         forEachTrial(m_open, "Triggers", [&](CMDTrialzk& trial) { scanTrial(trial, index++); });
+        for (const auto& [channel, trials] : m_trialsWithoutNumbers)
+            m_found.notes.push_back("channel " + channel + " has samples that are no numbers, in trial " +
+                                    std::to_string(trials.first) +
+                                    (trials.count > 1 ? " and " + std::to_string(trials.count - 1) + " more" : ""));
+        if (m_found.triggers.empty())
+            m_found.notes.push_back("nothing on the trigger channels is above the threshold" + shownThreshold());
         return std::move(m_found);
     }
 
 private:
+    // What findMatchMarkerData compares; a search of all markers for each trigger would take too long.
+    using Identity = std::pair<std::int64_t, int>;
+
+    struct Trials
+    {
+        int first = 0;
+        int count = 0;
+    };
+
+    std::string shownThreshold() const
+    {
+        std::ostringstream text;
+        if (m_request.threshold)
+            text << " of " << *m_request.threshold;
+        return text.str();
+    }
+
+    void lookForNumbers(const CMDTrialzk& trial, int index)
+    {
+        for (const CMDChannelzk* channel : triggerChannels(trial))
+            if (hasNoNumbers(*channel))
+                ++m_trialsWithoutNumbers.try_emplace(shownLine(channel->m_strChannelName.toUtf8()), Trials{index, 0})
+                      .first->second.count;
+    }
+
     void scanTrial(CMDTrialzk& trial, int index)
     {
+        lookForNumbers(trial, index);
         CMarkerManagerzk out;
         const KeptSamples kept(trial);
         out.m_trigScanParam.m_dTrigThreshold =
@@ -93,6 +149,7 @@ private:
         callScan(out, trial);
         if (!host.messages().empty())
             throw std::runtime_error(host.messages().back().text);
+        refuseTooMany(m_found.triggers.size() + static_cast<std::size_t>(out.getTotalMarkers()), mostTriggers);
         for (int i = 0; i < out.getTotalMarkers(); ++i)
             if (const CMarkerDatazk* const marker = out.getMarker(i, false); marker != nullptr && marker->getMarkPt(0))
                 add(*marker, index);
@@ -128,17 +185,19 @@ private:
         if (!kept.addMarkPt(point, recording.m_nResampleFactor))
             throw std::runtime_error("there is not enough memory");
         ++kept.m_nMarkCount;
-        m_found.push_back({trial, point.m_nMarkPtChannel, kept.m_strMarkName.toUtf8(), marker.m_nMarkValue,
-                           point.m_nMarkPtBegin, last - point.m_nMarkPtBegin + 1,
-                           static_cast<double>(point.m_nMarkPtBegin - recording.m_nRecPreTrigPts) /
-                               recording.m_dRecSampleRate * 1000.0});
+        m_found.triggers.push_back({trial, point.m_nMarkPtChannel, kept.m_strMarkName.toUtf8(), marker.m_nMarkValue,
+                                    point.m_nMarkPtBegin, last - point.m_nMarkPtBegin + 1,
+                                    static_cast<double>(point.m_nMarkPtBegin - recording.m_nRecPreTrigPts) /
+                                        recording.m_dRecSampleRate * 1000.0});
     }
 
     CMarkerDatazk& markerFor(const CMarkerDatazk& marker)
     {
         CMarkerManagerzk& manager = *m_dataset.getTrigManager();
-        if (CMarkerDatazk* const known = manager.findMatchMarkerData(&marker))
-            return *known;
+        const Identity identity(marker.m_nMarkValue, marker.m_nMarkChannel);
+        if (const auto known = m_known.find(identity); known != m_known.end())
+            return *known->second;
+        refuseTooMany(static_cast<std::size_t>(manager.getTotalMarkers()) + 1, mostMarkers);
         auto made = std::make_unique<CMarkerDatazk>(marker);
         made->cleanMarkedPts();
         made->m_strMarkName = CString(m_request.prefix + std::to_string(marker.m_nMarkValue));
@@ -147,18 +206,22 @@ private:
         made->m_nMarkCount = 0;
         made->m_dMarkSampleRate = m_dataset.m_recordInfo.m_dRecSampleRate;
         manager.setupTrgClsMks(made.get(), nullptr);
-        return *manager.getMarker(manager.addMarker(std::move(made)), false);
+        CMarkerDatazk& kept = *manager.getMarker(manager.addMarker(std::move(made)), false);
+        m_known.emplace(identity, &kept);
+        return kept;
     }
 
     OpenDataset& m_open;
     CMEGDatazk& m_dataset;
     const TriggerRequest& m_request;
-    std::vector<FoundTrigger> m_found;
+    TriggerFindings m_found;
+    std::map<Identity, CMarkerDatazk*> m_known;
+    std::map<std::string, Trials> m_trialsWithoutNumbers; // by channel
 };
 
 } // namespace
 
-std::vector<FoundTrigger> scanTriggers(OpenDataset& open, const TriggerRequest& request)
+TriggerFindings scanTriggers(OpenDataset& open, const TriggerRequest& request)
 {
     const CMDTrialzk* const trial = open.dataset.getTrialzk(-1);
     if (trial == nullptr || triggerChannels(*trial).empty())

@@ -31,10 +31,17 @@ struct FoundTrigger
     double ms = 0.0;         ///< from the trial's trigger point
 };
 
+struct TriggerFindings
+{
+    std::vector<FoundTrigger> triggers;
+    std::vector<std::string> notes; ///< sentences: what keeps triggers from being found
+};
+
 /// Scans all trials as the library does a single one, and keeps what was found as markers of the trigger manager, each
 /// occurrence with its own trial and first sample. Trigger channels that a scan conditions get their samples back.
-/// Throws std::runtime_error with the library's words.
-std::vector<FoundTrigger> scanTriggers(OpenDataset& open, const TriggerRequest& request);
+/// Throws std::runtime_error with the library's words, also where all trials together have more triggers than the
+/// library takes from a dataset.
+TriggerFindings scanTriggers(OpenDataset& open, const TriggerRequest& request);
 
 void writeTriggerText(const std::vector<FoundTrigger>& triggers, std::ostream& out);
 void writeTriggerJson(const std::vector<FoundTrigger>& triggers, std::ostream& out);

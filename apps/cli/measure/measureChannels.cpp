@@ -7,8 +7,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <iomanip>
 #include <ostream>
 #include <stdexcept>
@@ -16,35 +14,6 @@
 namespace megset::cli {
 
 namespace {
-
-double milliseconds(std::string_view text, const std::string& whole)
-{
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
-        throw std::runtime_error("the range \"" + whole + "\" is not of the form A:B");
-    return value;
-}
-
-// The samples nearest to two times from the trigger.
-SampleRange rangeOfTimes(const CMEGRecordInfozkProzk& recording, const std::string& text, std::int64_t samples)
-{
-    const std::size_t colon = text.find(':');
-    if (colon == std::string::npos)
-        throw std::runtime_error("the range \"" + text + "\" is not of the form A:B");
-    const std::string_view view = text;
-    const auto sampleAt = [&](std::string_view part) {
-        const double sample = std::round(milliseconds(part, text) / 1000.0 * recording.m_dRecSampleRate) +
-                              static_cast<double>(recording.m_nRecPreTrigPts);
-        if (!(sample >= 0.0 && sample < static_cast<double>(samples)))
-            throw std::runtime_error("the time " + std::string(part) + " ms is outside the trial");
-        return static_cast<std::int64_t>(sample);
-    };
-    const SampleRange range = {sampleAt(view.substr(0, colon)), sampleAt(view.substr(colon + 1))};
-    if (range.to < range.from)
-        throw std::runtime_error("the range \"" + text + "\" ends before it begins");
-    return range;
-}
 
 std::int64_t sampleCount(const CMDTrialzk& trial)
 {
@@ -80,14 +49,11 @@ Measurement measureChannels(OpenDataset& open, const MeasureOptions& options)
                                  std::to_string(open.dataset.m_aTrialFilePath.GetSize()));
     const auto trial = readTrial(open, measurement.trial);
     const CMEGRecordInfozkProzk& recording = open.dataset.m_recordInfo;
-    const std::int64_t samples = sampleCount(*trial);
+    const TrialTimes times = {sampleCount(*trial), recording.m_dRecSampleRate, recording.m_nRecPreTrigPts};
     measurement.range =
-        options.ms.empty() ? parseSampleRange(options.samples, samples) : rangeOfTimes(recording, options.ms, samples);
-    const auto msOf = [&recording](std::int64_t sample) {
-        return static_cast<double>(sample - recording.m_nRecPreTrigPts) / recording.m_dRecSampleRate * 1000.0;
-    };
-    measurement.msFrom = msOf(measurement.range.from);
-    measurement.msTo = msOf(measurement.range.to);
+        options.ms.empty() ? parseSampleRange(options.samples, times.samples) : parseTimeRange(options.ms, times);
+    measurement.msFrom = times.msOf(measurement.range.from);
+    measurement.msTo = times.msOf(measurement.range.to);
     const std::vector<int> indices = selectChannels(*trial, options.channels, options.kind);
     if (indices.empty())
         throw std::runtime_error("the trial has no channel of this kind");

@@ -1,7 +1,9 @@
 #include "apps/cli/process/resample.h"
 
 #include "apps/cli/dataset/CreatedFiles.h"
+#include "apps/cli/events/markList.h"
 #include "apps/cli/inspect/MessageRecorder.h"
+#include "apps/cli/process/restore.h"
 #include "megset/platform/paths.h"
 #include "megset/processing/resampledCopy.h"
 
@@ -49,12 +51,65 @@ void checkFactor(const CMEGDatazk& dataset, std::int64_t factor)
     run([&] { return dataset.checkResampleFactor(factor); });
 }
 
+void rescale(CMarkerDatazk& marker, const CMEGDatazk& source, std::int64_t factor, double rate)
+{
+    for (int i = 0; i < marker.getTotalTrgMrkPts(); ++i) {
+        MarkTrigClass* const point = marker.m_aMarkPts.GetAt(i);
+        if (point == nullptr)
+            continue;
+        const SampleRange samples = samplesOfMark(source, marker, i);
+        if (point->m_nMarkPtEnd >= point->m_nMarkPtBegin) // others have no end
+            point->m_nMarkPtEnd = samples.to / factor;
+        point->m_nMarkPtBegin = samples.from / factor;
+    }
+    for (std::int64_t* const count : {&marker.m_markWindow.m_nPreSamples, &marker.m_markWindow.m_nPostSamples,
+                                      &marker.m_markWindow.m_nShiftSamples, &marker.m_markWindow.m_nGapSamples})
+        *count /= factor;
+    marker.m_dMarkSampleRate = rate;
+    if (!marker.backupMarkPts())
+        throw std::runtime_error("there is not enough memory");
+}
+
+// The library takes the triggers over with their former samples, and no other marks.
+void takeMarks(const CMEGDatazk& source, CMEGDatazk& made, std::int64_t factor)
+{
+    for (const auto list :
+         {&CMEGData::m_mkTrig, &CMEGData::m_mkTrigRecord, &CMEGData::m_mkMarker, &CMEGData::m_mkSegment,
+          &CMEGData::m_mkClass, &CMEGData::m_mkThreshold, &CMEGData::m_mkPattern, &CMEGData::m_mkAiMarkWave}) {
+        made.*list = source.*list;
+        for (int i = 0; i < (made.*list).getTotalMarkers(); ++i)
+            if (CMarkerDatazk* const marker = (made.*list).m_aMarkers.GetAt(i))
+                rescale(*marker, source, factor, made.m_recordInfo.m_dRecSampleRate);
+    }
+}
+
+void takeBadChannels(const CMEGDatazk& source, CMEGDatazk& made)
+{
+    if (!source.m_pChnlGood || !made.m_pChnlGood || source.m_nChnlParamCount != made.m_nChnlParamCount)
+        return;
+    for (int i = 0; i < source.m_nChnlParamCount; ++i)
+        made.setGoodChnl4Alltrials(i, source.m_pChnlGood[static_cast<std::size_t>(i)]);
+}
+
 } // namespace
 
-void resampleDataset(OpenDataset& open, const ResampleRequest& request)
+int resampleDataset(OpenDataset& open, const ResampleRequest& request)
 {
-    checkFactor(open.dataset, request.factor);
-    run([&] { return open.dataset.reSampleData(request.average, request.factor, true); });
+    CMEGDatazk& dataset = open.dataset;
+    checkFactor(dataset, request.factor);
+    int undone = 0;
+    run([&] {
+        for (int i = 0; i < dataset.getTotalTrial(); ++i) {
+            CMDTrialzk* const trial = dataset.getTrialzk(i);
+            if (trial == nullptr) // the library passes over it, too
+                continue;
+            if (!dataset.reSampleData(request.average, request.factor, false))
+                return 0;
+            undone += markAsRecorded(*trial) ? 1 : 0;
+        }
+        return dataset.setResampleParameter(request.average, request.factor); // also without trials
+    });
+    return undone;
 }
 
 double makeResampled(const ChangeArguments& arguments, const ResampleRequest& request, const std::string& target)
@@ -68,6 +123,9 @@ double makeResampled(const ChangeArguments& arguments, const ResampleRequest& re
     copyDataset(datasetPath(arguments.dataset), scratch.path() / "source.meg", copies);
     const auto source = openDatasetToChange(scratch.path() / "source.meg");
     checkFactor(source->dataset, request.factor);
+    // Its working and its raw samples have different rates, and the new recording can have one only.
+    if (source->dataset.m_recordInfo.m_nResampleFactor > 1)
+        throw std::runtime_error("the dataset is re-sampled already: restore it first, or re-sample it without --new");
     OpenDataset made;
     made.path = path;
     made.document.SetPathName(fromNative(path));
@@ -75,6 +133,8 @@ double makeResampled(const ChangeArguments& arguments, const ResampleRequest& re
     const double rate = source->dataset.getMEGRecordInfozk()->m_dRawSampleRate / static_cast<double>(request.factor);
     run([&] { return checkResampledCopy(source->dataset, request.factor); });
     run([&] { return copyResampled(source->dataset, made.dataset, {true, request.average, request.factor, rate}); });
+    takeMarks(source->dataset, made.dataset, request.factor);
+    takeBadChannels(source->dataset, made.dataset);
     for (int i = 0; i < made.dataset.m_aTrialFilePath.GetSize(); ++i)
         created.take(toNative(made.dataset.m_aTrialFilePath.GetAt(i)));
     storeDataset(made);

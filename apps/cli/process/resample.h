@@ -14,9 +14,11 @@ struct ResampleRequest
     bool average = false; ///< the mean of each run of samples instead of its first
 };
 
-/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. Throws std::runtime_error with the
-/// library's words for a factor below 1, and one of half the samples and more.
-void resampleDataset(OpenDataset& open, const ResampleRequest& request);
+/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. What was done to the samples since
+/// they were recorded is undone thereby, and the trials don't tell of it any more; gives in how many there was
+/// something. Throws std::runtime_error with the library's words for a factor below 1, and one of half the samples and
+/// more.
+int resampleDataset(OpenDataset& open, const ResampleRequest& request);
 
 /// Makes a dataset that takes the re-sampled samples for its recording. Gives its rate, Hz. The source is only read.
 /// Throws as above; no half-made dataset is left then.

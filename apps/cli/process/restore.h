@@ -10,6 +10,10 @@ namespace megset::cli {
 /// std::runtime_error without memory.
 void restoreTrial(CMDTrialzk& trial);
 
+/// Marks a trial whose samples are those recorded, or made from them, as such: the modes of its sensors, and no
+/// montage. Gives whether it told of any processing before. Channels without raw samples stay as they are.
+bool markAsRecorded(CMDTrialzk& trial);
+
 /// Makes counts, rate and triggers of the dataset those of the recording.
 void restoreRecording(CMEGDatazk& dataset);
 

@@ -54,6 +54,30 @@ TEST_F(Resample, MeanOfEachRunIsTakenWithAverage)
     EXPECT_EQ(samples(sample.path(), 0)[1], 105.5);
 }
 
+// The samples come from what was recorded, and so must what is told of them.
+TEST_F(Resample, UndoesMontageAndNoiseReductionAndTellsSo)
+{
+    for (int t = 0; t < 3; ++t) {
+        CMDTrialzk& trial = *sample.dataset().getTrialzk(t);
+        trial.m_bMontageCrDone = t == 1;
+        trial.getChannel(1)->getMEGSensorzk()->setGradOrderNo(t == 0 ? 3 : 0);
+    }
+    sample.store();
+    const auto result = run({"--factor", "4", "--in-place"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors, HasSubstr("noise reduction and montage are undone in 2 trials; --new keeps them\n"));
+    EXPECT_THAT(samples(sample.path(), 0), ElementsAre(100, 104, 108, 112, 116, 119));
+    ReadingNotes notes;
+    const auto open = openDatasetToLook(sample.path(), notes);
+    for (int t = 0; t < 3; ++t) {
+        const auto trial = readTrial(*open, t);
+        EXPECT_EQ(trial->getChannel(1)->getMEGSensorzk()->getGradOrderNo(), 0);
+        EXPECT_EQ(trial->m_bMontageCrDone, 0);
+        EXPECT_EQ(trial->m_nTrialResampleStep, 4);
+    }
+    EXPECT_EQ(run({"--factor", "2", "--in-place"}).errors, "") << "nothing is left to undo";
+}
+
 TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
 {
     const auto before = sample.folder().read("runTrial1.trl");
@@ -63,6 +87,46 @@ TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
     EXPECT_FALSE(sample.folder().has("slow.meg.source"));
     EXPECT_EQ(samples(path("slow.meg"), 1)[2], 1108.0);
     EXPECT_EQ(runMegset({"check", path("slow.meg")}).exitCode, 0) << runMegset({"check", path("slow.meg")}).output;
+}
+
+TEST_F(Resample, NewDatasetHasTheMarksAtTheirPlaceAndTheBadChannels)
+{
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"marks", "--add", "blink", "--at", "8:15", "--trial", "1"},
+          {"marks", "--bad-segment", "4:19", "--trial", "2"},
+          {"channels", "--bad", "M2"}}) {
+        std::vector<std::string> arguments = options;
+        arguments.insert(arguments.begin() + 1, {sample.path(), "--in-place"});
+        ASSERT_EQ(runMegset(arguments).exitCode, 0);
+    }
+    auto open = openDatasetToChange(sample.path());
+    MarkTrigClass trigger;
+    trigger.m_nMarkPtBegin = 12;
+    open->dataset.getTrigManager()->addTrigger(5, 1, 12, 20);
+    open->dataset.getTrigManager()->getMarker(0, false)->addMarkPt(trigger);
+    storeDataset(*open);
+    open.reset();
+    ASSERT_EQ(run({"--factor", "4", "--new", path("slow.meg")}).exitCode, 0);
+    EXPECT_THAT(runMegset({"marks", path("slow.meg")}).output,
+                HasSubstr("    0         3         3          40          40  trigger    Trig5\n"
+                          "    1         2         3          20          40  mark       blink\n"
+                          "    2         1         4           0          60  segment    Bad_segment\n"));
+    ReadingNotes notes;
+    const auto slow = openDatasetToLook(path("slow.meg"), notes);
+    EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(1), 1);
+    EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(2), 0);
+    const CMarkerDatazk& marker = *slow->dataset.getTrigManager()->getMarker(0, false);
+    EXPECT_EQ(marker.getMarkPt(0)->m_nMarkPtEnd, 0) << "it has no end";
+    EXPECT_EQ(marker.m_aMarkPtsBk.GetAt(0)->m_nMarkPtBegin, 3) << "the new recording's";
+}
+
+TEST_F(Resample, NewDatasetOfAReSampledOneIsRefused)
+{
+    ASSERT_EQ(run({"--factor", "2", "--in-place"}).exitCode, 0);
+    const auto result = run({"--factor", "2", "--new", path("slow.meg")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("the dataset is re-sampled already: restore it first"));
+    EXPECT_FALSE(sample.folder().has("slow.meg"));
 }
 
 TEST_F(Resample, FactorsThatDoNotFitAreRefusedAndLeaveNothing)
