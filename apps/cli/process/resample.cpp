@@ -2,6 +2,9 @@
 
 #include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/inspect/MessageRecorder.h"
+#include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/process/forEachTrial.h"
+#include "apps/cli/process/restore.h"
 #include "megset/platform/paths.h"
 #include "megset/processing/resampledCopy.h"
 
@@ -49,35 +52,66 @@ void checkFactor(const CMEGDatazk& dataset, std::int64_t factor)
     run([&] { return dataset.checkResampleFactor(factor); });
 }
 
+// The library passes over trials that it can't open. Throws for the first of them.
+void refuseLostTrials(const OpenDataset& source)
+{
+    const int total = source.dataset.getTotalTrial();
+    for (int i = 0; i < total; ++i) {
+        try {
+            readTrial(source, i);
+        } catch (const std::runtime_error& fault) {
+            throw std::runtime_error("trial " + std::to_string(i) + " of " + std::to_string(total) + ": " +
+                                     fault.what());
+        }
+    }
+}
+
+void copyAllTrials(OpenDataset& source, OpenDataset& made, const ResampledCopy& how)
+{
+    run([&] { return checkResampledCopy(source.dataset, how.factor); });
+    try {
+        run([&] { return copyResampled(source.dataset, made.dataset, how); });
+    } catch (const std::exception&) {
+        refuseLostTrials(source);
+        throw;
+    }
+    if (made.dataset.getTotalTrial() < source.dataset.getTotalTrial())
+        refuseLostTrials(source);
+}
+
 } // namespace
 
 void resampleDataset(OpenDataset& open, const ResampleRequest& request)
 {
     checkFactor(open.dataset, request.factor);
+    // The library starts from the raw samples, and leaves the marks of what had been done to the working ones.
+    forEachTrial(open, "Re-sampling", restoreTrial);
+    restoreRecording(open.dataset);
     run([&] { return open.dataset.reSampleData(request.average, request.factor, true); });
 }
 
 double makeResampled(const ChangeArguments& arguments, const ResampleRequest& request, const std::string& target)
 {
     const fs::path path = datasetPath(target);
-    CreatedFiles created;
-    created.add(path);
-    // The library opens the trials of the source for it, and writes back each one that it leaves.
-    const ScratchFolder scratch(path.string() + ".source");
-    CreatedFiles copies;
-    copyDataset(datasetPath(arguments.dataset), scratch.path() / "source.meg", copies);
-    const auto source = openDatasetToChange(scratch.path() / "source.meg");
+    if (fs::exists(path))
+        throw std::runtime_error(shownPath(path) + ": exists already");
+    // The library writes back each trial of the source that it leaves, and names files after the trials alone.
+    const ScratchFolder scratch(path.string() + ".making");
+    const fs::path sourcePath = scratch.path() / "source" / "source.meg";
+    fs::create_directory(sourcePath.parent_path());
+    CreatedFiles scratchFiles;
+    copyDataset(datasetPath(arguments.dataset), sourcePath, scratchFiles);
+    const auto source = openDatasetToChange(sourcePath);
     checkFactor(source->dataset, request.factor);
     OpenDataset made;
-    made.path = path;
-    made.document.SetPathName(fromNative(path));
+    made.path = scratch.path() / path.filename();
+    made.document.SetPathName(fromNative(made.path));
     made.dataset.setDocument(&made.document, true);
     const double rate = source->dataset.getMEGRecordInfozk()->m_dRawSampleRate / static_cast<double>(request.factor);
-    run([&] { return checkResampledCopy(source->dataset, request.factor); });
-    run([&] { return copyResampled(source->dataset, made.dataset, {true, request.average, request.factor, rate}); });
-    for (int i = 0; i < made.dataset.m_aTrialFilePath.GetSize(); ++i)
-        created.take(toNative(made.dataset.m_aTrialFilePath.GetAt(i)));
+    copyAllTrials(*source, made, {true, request.average, request.factor, rate});
     storeDataset(made);
+    CreatedFiles created;
+    copyDataset(made.path, path, created);
     created.keep();
     return rate;
 }

@@ -14,8 +14,9 @@ struct ResampleRequest
     bool average = false; ///< the mean of each run of samples instead of its first
 };
 
-/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. Throws std::runtime_error with the
-/// library's words for a factor below 1, and one of half the samples and more.
+/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. What else was done to the trials is
+/// undone as by restoreTrial(). Throws std::runtime_error for a factor below 1, with the library's words for one of
+/// half the samples and more, and for a trial that can't be opened.
 void resampleDataset(OpenDataset& open, const ResampleRequest& request);
 
 /// Makes a dataset that takes the re-sampled samples for its recording. Gives its rate, Hz. The source is only read.
