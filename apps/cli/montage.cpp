@@ -22,16 +22,23 @@ struct MontageArguments
     bool show = false;
 };
 
+// Runs an operation whose faults are those of a montage file.
+template <class Operation>
+auto inFile(const std::string& path, Operation operation)
+{
+    try {
+        return operation();
+    } catch (const MontageFault& fault) {
+        throw std::runtime_error(shownPath(path) + ": " + fault.what());
+    }
+}
+
 std::vector<MontageLine> readMontageFile(const std::string& path)
 {
     std::ifstream file(path);
     if (!file)
         throw std::runtime_error(shownPath(path) + ": can't be read");
-    try {
-        return readMontage(file);
-    } catch (const MontageFault& fault) {
-        throw std::runtime_error(shownPath(path) + ": " + fault.what());
-    }
+    return inFile(path, [&] { return readMontage(file); });
 }
 
 void showMontage(const MontageArguments& arguments)
@@ -53,8 +60,8 @@ void applyMontage(const MontageArguments& arguments)
     int channels = 0;
     changeDataset(arguments.change, [&](OpenDataset& open) {
         forEachTrial(open, "Montage", [&](CMDTrialzk& trial) {
-            channels =
-                lines.empty() ? applyCommonReference(trial, arguments.reference) : applyMontageLines(trial, lines);
+            channels = lines.empty() ? applyCommonReference(trial, arguments.reference)
+                                     : inFile(arguments.bipolar, [&] { return applyMontageLines(trial, lines); });
         });
     });
     std::cout << channels << " channels re-referenced\n";

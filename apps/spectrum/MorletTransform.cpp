@@ -97,8 +97,9 @@ MorletTransform::MorletTransform(std::size_t samples, double rate, std::vector<d
 
 MorletTransform::~MorletTransform() = default;
 
-// The wavelet's middle stands at index 0, its first half at the end.
-std::vector<std::complex<double>> MorletTransform::spectrumOfWavelet(double hz) const
+// The wavelet's middle stands at index 0, its first half at the end. w(-t) is the conjugate of w(t), so that its
+// spectrum is real.
+std::vector<double> MorletTransform::spectrumOfWavelet(double hz) const
 {
     const double s = deviation(hz, m_cycles);
     const double mean = std::exp(-m_cycles * m_cycles / 2.0);
@@ -117,9 +118,8 @@ std::vector<std::complex<double>> MorletTransform::spectrumOfWavelet(double hz) 
     }
     m_fft->forward();
     const double scale = 2.0 / sum / static_cast<double>(data.size());
-    std::vector<std::complex<double>> spectrum(data.begin(), data.end());
-    for (std::complex<double>& value : spectrum)
-        value *= scale;
+    std::vector<double> spectrum(data.size());
+    std::ranges::transform(data, spectrum.begin(), [=](const std::complex<double>& x) { return scale * x.real(); });
     return spectrum;
 }
 
@@ -131,10 +131,10 @@ void MorletTransform::transform(std::span<const double> samples, const TimeAxis&
     std::ranges::fill(data, 0.0);
     std::ranges::copy(samples.first(std::min(samples.size(), m_samples)), data.begin());
     m_fft->forward();
-    const std::vector<std::complex<double>> spectrum(data.begin(), data.end());
+    m_spectrum.assign(data.begin(), data.end());
     for (std::size_t f = 0; f < m_hz.size(); ++f) {
         for (std::size_t i = 0; i < data.size(); ++i)
-            data[i] = spectrum[i] * m_wavelets[f][i];
+            data[i] = m_spectrum[i] * m_wavelets[f][i];
         m_fft->backward();
         for (std::size_t t = 0; t < points; ++t) {
             const std::complex<double> value = data[axis.edge + t * axis.step];

@@ -45,14 +45,15 @@ public:
 private:
     class Fft;
 
-    std::vector<std::complex<double>> spectrumOfWavelet(double hz) const;
+    std::vector<double> spectrumOfWavelet(double hz) const;
 
     std::size_t m_samples;
     double m_rate;
     double m_cycles;
     std::vector<double> m_hz;
     std::unique_ptr<Fft> m_fft;
-    std::vector<std::vector<std::complex<double>>> m_wavelets; ///< spectra, one for each frequency
+    std::vector<std::vector<double>> m_wavelets;  ///< spectra, one for each frequency
+    std::vector<std::complex<double>> m_spectrum; ///< of the samples; kept, for no memory shall come and go per channel
 };
 
 } // namespace megset::spectrum

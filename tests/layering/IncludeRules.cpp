@@ -279,6 +279,12 @@ bool mayCallTheSystem(const Place& place)
     return place.folder == "platform" && place.stem.starts_with("posix_") && !place.isHeader;
 }
 
+// The compiler's own names for the instructions of a processor.
+bool mayNameInstructions(const Place& place, std::string_view header)
+{
+    return place.folder == "numeric" && !place.isHeader && header == "immintrin.h";
+}
+
 bool isSystemHeader(std::string_view name)
 {
     return systemHeaders.contains(name) || systemFolders.contains(name.substr(0, name.find('/')));
@@ -289,7 +295,7 @@ std::string faultOfSystemInclude(const Place& from, const std::string& name)
     if (from.top == "apps") {
         return isSystemHeader(name) ? "system calls are made in megset/platform/posix_*.cpp" : "";
     }
-    if (standardHeaders.contains(name) || mayCallTheSystem(from)) {
+    if (standardHeaders.contains(name) || mayCallTheSystem(from) || mayNameInstructions(from, name)) {
         return "";
     }
     return "the library stands on the standard library; the system is for megset/platform/posix_*.cpp";

@@ -100,6 +100,13 @@ TEST(IncludeRules, SystemCallsAreMadeInPosixSourcesOfThePlatform)
     EXPECT_FALSE(allows("apps/cli/main.cpp", "<sys/mman.h>"));
 }
 
+TEST(IncludeRules, InstructionsAreNamedInSourcesOfTheNumericLoops)
+{
+    EXPECT_TRUE(allows("megset/numeric/logarithm.cpp", "<immintrin.h>"));
+    EXPECT_FALSE(allows("megset/numeric/logarithm.h", "<immintrin.h>"));
+    EXPECT_FALSE(allows("megset/core/CMDChannel.cpp", "<immintrin.h>"));
+}
+
 TEST(IncludeRules, TheLibraryKnowsNeitherApplicationsNorTests)
 {
     EXPECT_FALSE(allows("megset/core/CMDChannel.cpp", "\"apps/cli/commands.h\""));

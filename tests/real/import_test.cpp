@@ -1,55 +1,15 @@
 // A session on the real recording of a CTF system, through the program, held against what MNE-Python 1.3.0 makes of it.
 
-#include "tests/kit/Program.h"
-#include "tests/kit/TemporaryFolder.h"
-#include "tests/kit/npy.h"
-#include "tests/kit/realData.h"
+#include "tests/real/RealSession.h"
 
 #include <cmath>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace megset::import_test {
 namespace {
 
 using nlohmann::json;
-
-class RealSession : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        const auto data = realDataFolder();
-        if (!data)
-            GTEST_SKIP() << noRealData;
-        m_data = *data / "ctf";
-        run({"import", (m_data / "testdata_ctf_short_discontinuous.ds").string(), path("run.meg")});
-    }
-
-    std::string path(const char* name) const { return m_folder.native(name).string(); }
-    std::string run(const std::vector<std::string>& arguments) const
-    {
-        const auto result = kit::runProgram(MEGSET_PROGRAM, arguments);
-        EXPECT_EQ(result.exitCode, 0) << arguments.front() << ": " << result.errors;
-        return result.output;
-    }
-    NpyMatrix exported(const char* dataset, const std::vector<std::string>& options = {}) const
-    {
-        static int count = 0;
-        const std::string file = path(("export" + std::to_string(count++) + ".npy").c_str());
-        std::vector<std::string> arguments = {"export", path(dataset), "--npy", file};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        run(arguments);
-        return readNpy(file);
-    }
-    NpyMatrix expected(const char* name) const { return readNpy(m_data / "expected" / name); }
-    json channels() const { return json::parse(run({"info", path("run.meg"), "--json"})).at("channels"); }
-
-    std::filesystem::path m_data;
-    TemporaryFolder m_folder;
-};
 
 double rms(const double* values, std::size_t count)
 {
@@ -63,7 +23,7 @@ TEST_F(RealSession, AllChannelsAgreeAfterTheImport)
 {
     const NpyMatrix ours = exported("run.meg");
     const NpyMatrix theirs = expected("grade0.npy");
-    const json list = channels();
+    const json list = info("run.meg").at("channels");
     ASSERT_EQ(ours.rows, theirs.rows);
     ASSERT_EQ(ours.columns, theirs.columns);
     for (std::size_t c = 0; c < ours.rows; ++c) {
@@ -82,7 +42,7 @@ TEST_F(RealSession, Order3AgreesForAllGradiometersAndOrder0BringsThemBack)
     run({"gradient", path("run.meg"), "--order", "3", "--out", path("clean.meg")});
     const NpyMatrix ours = exported("clean.meg");
     const NpyMatrix theirs = expected("grade3.npy");
-    const json list = channels();
+    const json list = info("run.meg").at("channels");
     std::size_t row = 0;
     int compared = 0;
     for (std::size_t c = 0; c < ours.rows; ++c) {

@@ -98,6 +98,10 @@ private:
         const CMEGRecordInfozkProzk& recording = m_dataset.m_recordInfo;
         if (trial.shape->samples == 0 || trial.shape->samples == recording.m_nRecTotalSample)
             return;
+        // A re-sampled trial has one sample more than the recording tells.
+        if (trial.shape->resampleStep > 1 && trial.shape->resampleStep == recording.m_nResampleFactor &&
+            trial.shape->samples == recording.m_nRecTotalSample + 1)
+            return;
         // As the library warns when it opens a trial: other samples alone may be meant.
         const bool otherStep = trial.shape->resampleStep != recording.m_nResampleFactor;
         m_report.findings.push_back({otherStep, trial.file,

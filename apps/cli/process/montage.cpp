@@ -1,6 +1,7 @@
 #include "apps/cli/process/montage.h"
 
 #include "apps/cli/dataset/channelSelection.h"
+#include "apps/readers/recordedMode.h"
 
 #include <charconv>
 #include <map>
@@ -52,6 +53,13 @@ void refuseSecondMontage(const CMDTrialzk& trial)
         throw std::runtime_error("the trial has a montage already; restore it first");
 }
 
+// Targets start from all their raw samples, and would be longer than the other channels.
+void refuseResampled(const CMDTrialzk& trial)
+{
+    if (trial.m_nTrialResampleStep > 1)
+        throw std::runtime_error("the trial is re-sampled, and the montage takes the raw samples; restore it first");
+}
+
 std::vector<CMtgChnlOperatorzk> operatorsOf(const CMDTrialzk& trial, const CommonReference& reference)
 {
     std::vector<CMtgChnlOperatorzk> operators;
@@ -79,10 +87,12 @@ void splitSingle(std::vector<CMtgChnlOperatorzk>& operators)
     operators.push_back(operators.front());
 }
 
-int channelOf(const CMDTrialzk& trial, const MontageTerm& term)
+// Runs an operation whose faults are those of a term.
+template <class Operation>
+auto at(const MontageTerm& term, Operation operation)
 {
     try {
-        return channelNamed(trial, term.channel);
+        return operation();
     } catch (const std::runtime_error& fault) {
         throw MontageFault(term.line, term.column, fault.what());
     }
@@ -91,12 +101,13 @@ int channelOf(const CMDTrialzk& trial, const MontageTerm& term)
 CMtgUnit4IndividualRefzk makeUnit(const CMDTrialzk& trial, const MontageLine& line)
 {
     CMtgUnit4IndividualRefzk unit;
-    unit.m_nMtgTargetID = channelOf(trial, line.target);
+    unit.m_nMtgTargetID = at(line.target, [&] { return channelNamed(trial, line.target.channel); });
     unit.m_strMtgTargetName = trial.getChannel(unit.m_nMtgTargetID)->m_strChannelName;
     unit.m_dMtgRefDivisor = line.divisor;
     std::vector<CMtgChnlOperatorzk> operators;
     for (const MontageTerm& term : line.terms)
-        operators.push_back(makeOperator(trial, channelOf(trial, term), term.weight));
+        operators.push_back(
+            at(term, [&] { return makeOperator(trial, channelNamed(trial, term.channel), term.weight); }));
     splitSingle(operators);
     for (const CMtgChnlOperatorzk& made : operators)
         unit.m_aMtgRefOperators.Add(std::make_unique<CMtgChnlOperatorzk>(made));
@@ -177,6 +188,7 @@ int applyCommonReference(CMDTrialzk& trial, const CommonReference& reference)
 int applyMontageLines(CMDTrialzk& trial, const std::vector<MontageLine>& montage)
 {
     refuseSecondMontage(trial);
+    refuseResampled(trial);
     std::vector<CMtgUnit4IndividualRefzk> units;
     for (const MontageLine& line : montage)
         units.push_back(makeUnit(trial, line));
@@ -186,6 +198,9 @@ int applyMontageLines(CMDTrialzk& trial, const std::vector<MontageLine>& montage
         trial.addCopyMuIr(&unit);
     if (!trial.doIndividualRefSubstract())
         throw std::runtime_error("the references can't be subtracted");
+    for (const CMtgUnit4IndividualRefzk& unit : units)
+        if (CMEGSensorzk* const sensor = trial.getChannel(unit.m_nMtgTargetID)->getMEGSensorzk())
+            setRecordedMode(*sensor); // its raw samples are back
     return static_cast<int>(units.size());
 }
 

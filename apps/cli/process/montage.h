@@ -20,7 +20,7 @@ struct CommonReference
 /// changed, for unknown channels, references without samples, and a trial that has a montage.
 int applyCommonReference(CMDTrialzk& trial, const CommonReference& reference);
 
-/// Makes each target its recorded samples without its reference. As above.
+/// Makes each target its recorded samples without its reference. As above, and for a trial that is re-sampled.
 int applyMontageLines(CMDTrialzk& trial, const std::vector<MontageLine>& montage);
 
 /// What was done to the trial, a line each: gradient orders, re-sampling, montages.

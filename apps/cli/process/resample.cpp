@@ -3,6 +3,8 @@
 #include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/events/markList.h"
 #include "apps/cli/inspect/MessageRecorder.h"
+#include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/process/forEachTrial.h"
 #include "apps/cli/process/restore.h"
 #include "megset/platform/paths.h"
 #include "megset/processing/resampledCopy.h"
@@ -91,53 +93,76 @@ void takeBadChannels(const CMEGDatazk& source, CMEGDatazk& made)
         made.setGoodChnl4Alltrials(i, source.m_pChnlGood[static_cast<std::size_t>(i)]);
 }
 
+// The library passes over trials that it can't open. Throws for the first of them.
+void refuseLostTrials(const OpenDataset& source)
+{
+    const int total = source.dataset.getTotalTrial();
+    for (int i = 0; i < total; ++i) {
+        try {
+            readTrial(source, i);
+        } catch (const std::runtime_error& fault) {
+            throw std::runtime_error("trial " + std::to_string(i) + " of " + std::to_string(total) + ": " +
+                                     fault.what());
+        }
+    }
+}
+
+void copyAllTrials(OpenDataset& source, OpenDataset& made, const ResampledCopy& how)
+{
+    run([&] { return checkResampledCopy(source.dataset, how.factor); });
+    try {
+        run([&] { return copyResampled(source.dataset, made.dataset, how); });
+    } catch (const std::exception&) {
+        refuseLostTrials(source);
+        throw;
+    }
+    if (made.dataset.getTotalTrial() < source.dataset.getTotalTrial())
+        refuseLostTrials(source);
+}
+
 } // namespace
 
 int resampleDataset(OpenDataset& open, const ResampleRequest& request)
 {
-    CMEGDatazk& dataset = open.dataset;
-    checkFactor(dataset, request.factor);
+    checkFactor(open.dataset, request.factor);
     int undone = 0;
-    run([&] {
-        for (int i = 0; i < dataset.getTotalTrial(); ++i) {
-            CMDTrialzk* const trial = dataset.getTrialzk(i);
-            if (trial == nullptr) // the library passes over it, too
-                continue;
-            if (!dataset.reSampleData(request.average, request.factor, false))
-                return 0;
-            undone += markAsRecorded(*trial) ? 1 : 0;
-        }
-        return dataset.setResampleParameter(request.average, request.factor); // also without trials
+    // The library starts from the raw samples, and leaves the marks of what had been done to the working ones.
+    forEachTrial(open, "Re-sampling", [&undone](CMDTrialzk& trial) {
+        undone += markAsRecorded(trial) ? 1 : 0;
+        restoreTrial(trial);
     });
+    restoreRecording(open.dataset);
+    run([&] { return open.dataset.reSampleData(request.average, request.factor, true); });
     return undone;
 }
 
 double makeResampled(const ChangeArguments& arguments, const ResampleRequest& request, const std::string& target)
 {
     const fs::path path = datasetPath(target);
-    CreatedFiles created;
-    created.add(path);
-    // The library opens the trials of the source for it, and writes back each one that it leaves.
-    const ScratchFolder scratch(path.string() + ".source");
-    CreatedFiles copies;
-    copyDataset(datasetPath(arguments.dataset), scratch.path() / "source.meg", copies);
-    const auto source = openDatasetToChange(scratch.path() / "source.meg");
+    if (fs::exists(path))
+        throw std::runtime_error(shownPath(path) + ": exists already");
+    // The library writes back each trial of the source that it leaves, and names files after the trials alone.
+    const ScratchFolder scratch(path.string() + ".making");
+    const fs::path sourcePath = scratch.path() / "source" / "source.meg";
+    fs::create_directory(sourcePath.parent_path());
+    CreatedFiles scratchFiles;
+    copyDataset(datasetPath(arguments.dataset), sourcePath, scratchFiles);
+    const auto source = openDatasetToChange(sourcePath);
     checkFactor(source->dataset, request.factor);
     // Its working and its raw samples have different rates, and the new recording can have one only.
     if (source->dataset.m_recordInfo.m_nResampleFactor > 1)
         throw std::runtime_error("the dataset is re-sampled already: restore it first, or re-sample it without --new");
     OpenDataset made;
-    made.path = path;
-    made.document.SetPathName(fromNative(path));
+    made.path = scratch.path() / path.filename();
+    made.document.SetPathName(fromNative(made.path));
     made.dataset.setDocument(&made.document, true);
     const double rate = source->dataset.getMEGRecordInfozk()->m_dRawSampleRate / static_cast<double>(request.factor);
-    run([&] { return checkResampledCopy(source->dataset, request.factor); });
-    run([&] { return copyResampled(source->dataset, made.dataset, {true, request.average, request.factor, rate}); });
+    copyAllTrials(*source, made, {true, request.average, request.factor, rate});
     takeMarks(source->dataset, made.dataset, request.factor);
     takeBadChannels(source->dataset, made.dataset);
-    for (int i = 0; i < made.dataset.m_aTrialFilePath.GetSize(); ++i)
-        created.take(toNative(made.dataset.m_aTrialFilePath.GetAt(i)));
     storeDataset(made);
+    CreatedFiles created;
+    copyDataset(made.path, path, created);
     created.keep();
     return rate;
 }

@@ -14,10 +14,9 @@ struct ResampleRequest
     bool average = false; ///< the mean of each run of samples instead of its first
 };
 
-/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. What was done to the samples since
-/// they were recorded is undone thereby, and the trials don't tell of it any more; gives in how many there was
-/// something. Throws std::runtime_error with the library's words for a factor below 1, and one of half the samples and
-/// more.
+/// Re-samples all trials from their raw samples, which stay: factor 1 undoes it. What else was done to the trials is
+/// undone as by restoreTrial(); gives in how many there was something. Throws std::runtime_error for a factor below 1,
+/// with the library's words for one of half the samples and more, and for a trial that can't be opened.
 int resampleDataset(OpenDataset& open, const ResampleRequest& request);
 
 /// Makes a dataset that takes the re-sampled samples for its recording. Gives its rate, Hz. The source is only read.

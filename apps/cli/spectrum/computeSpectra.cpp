@@ -24,7 +24,7 @@ int indexOf(const std::array<const char*, count>& names, const std::string& name
     return static_cast<int>(found - names.begin());
 }
 
-// The planes of one channel, taken up anew for each: memory holds those of one channel beside the trial.
+// The planes of one channel, taken up anew for each.
 class Planes
 {
 public:
@@ -78,19 +78,52 @@ double axisBegin(const spectrum::FrequencyAxis& axis)
     return axis.isPower ? axis.hz.front() / axis.step : axis.hz.front();
 }
 
-void describe(CSpctmTrialzk& spectrum, const SpectrumRequest& request, double rate, const SampleRange& range,
-              const spectrum::TimeAxis& time, std::size_t points)
+// Where the transform is taken.
+struct Times
 {
-    spectrum.setSpctmTimePtFreqPt(static_cast<std::int64_t>(points), static_cast<std::int64_t>(request.axis.hz.size()),
-                                  static_cast<std::int64_t>(time.step));
+    SampleRange range;
+    spectrum::TimeAxis axis;
+    std::size_t points;
+    double rate;
+};
+
+spectrum::TimeAxis timeAxis(const SpectrumRequest& request, double rate)
+{
+    const auto twentyMs = static_cast<std::int64_t>(std::max(1.0, std::round(rate / 50.0)));
+    return {static_cast<std::size_t>(request.edge),
+            static_cast<std::size_t>(request.step > 0 ? request.step : twentyMs)};
+}
+
+// One channel after another, so that memory holds the planes of one beside the trial.
+void computePlanes(const CMDTrialzk& trial, const std::vector<int>& channels, const SpectrumRequest& request,
+                   const Times& times)
+{
+    const auto count = static_cast<std::size_t>(times.range.count());
+    spectrum::MorletTransform morlet(count, times.rate, request.axis.hz, request.cycles);
+    Planes planes(times.points, request.axis.hz.size());
+    for (const int index : channels) {
+        CMDChannelzk& channel = *trial.getChannel(index);
+        CSpctmChnlzk* const kept = channel.getSpctmChnl(true, request.classIndex);
+        if (kept == nullptr)
+            throw std::runtime_error("there is not enough memory");
+        planes.compute(morlet, {channel.getDataWave() + times.range.from, count}, times.axis);
+        planes.addTo(*kept, request.accumulate);
+    }
+}
+
+void describe(CSpctmTrialzk& spectrum, const SpectrumRequest& request, const Times& times)
+{
+    const auto points = static_cast<std::int64_t>(times.points);
+    spectrum.setSpctmTimePtFreqPt(points, static_cast<std::int64_t>(request.axis.hz.size()),
+                                  static_cast<std::int64_t>(times.axis.step));
     spectrum.setTrialFreqRange4Spctm(axisBegin(request.axis), request.axis.hz.back());
-    spectrum.setTrialTimeDataRange4Spctm(range.from, range.to);
-    spectrum.m_nEdgePt = static_cast<std::int64_t>(time.edge);
+    spectrum.setTrialTimeDataRange4Spctm(times.range.from, times.range.to);
+    spectrum.m_nEdgePt = static_cast<std::int64_t>(times.axis.edge);
     spectrum.m_nFreqPowerStep = request.axis.isPower ? 1 : 0;
     (request.axis.isPower ? spectrum.m_dFreqPowerStep : spectrum.m_dFreqLinearStep) = request.axis.step;
-    spectrum.m_dSamplingRate = rate;
+    spectrum.m_dSamplingRate = times.rate;
     spectrum.m_nAccumSpctm = request.accumulate ? 1 : 0;
-    spectrum.setTrialSpctmSelectTime(0, static_cast<std::int64_t>(points) - 1);
+    spectrum.setTrialSpctmSelectTime(0, points - 1);
     spectrum.setTrialSpctmSelectFreq(0, static_cast<std::int64_t>(request.axis.hz.size()) - 1);
 }
 
@@ -103,6 +136,35 @@ void checkAccumulation(const CSpctmTrialzk& spectrum, const SpectrumRequest& req
                       spectrum.m_dFreqBegin == axisBegin(request.axis) && spectrum.m_dFreqEnd == request.axis.hz.back();
     if (request.accumulate && !isFirst && !fits)
         throw std::runtime_error("the spectra that are there have other times or frequencies");
+}
+
+// What all channels of a class share.
+struct Axes
+{
+    explicit Axes(const CSpctmTrialzk& spectrum)
+        : counts{spectrum.m_nTimePt,    spectrum.m_nFreqPt, spectrum.m_nTimeStep,
+                 spectrum.m_nDataBegin, spectrum.m_nEdgePt, spectrum.m_nFreqPowerStep},
+          hz{spectrum.m_dFreqBegin, spectrum.m_dFreqEnd, spectrum.m_dSamplingRate}
+    {
+    }
+
+    bool operator==(const Axes&) const = default;
+
+    std::array<std::int64_t, 6> counts;
+    std::array<double, 3> hz;
+};
+
+// Planes of other channels would be read on axes that are not theirs.
+void dropOtherPlanes(const CMDTrialzk& trial, const std::vector<int>& channels, int classIndex)
+{
+    for (int i = 0; i < trial.getTotalChannel(); ++i) {
+        CMDChannelzk* const channel = trial.getChannel(i);
+        CSpctmChnlzk* const spectrum = channel != nullptr ? channel->getSpctmChnl(false, classIndex) : nullptr;
+        if (spectrum == nullptr || std::ranges::find(channels, i) != channels.end())
+            continue;
+        spectrum->_cleanSpctmData();
+        spectrum->_cleanBkSpctmData();
+    }
 }
 
 } // namespace
@@ -123,10 +185,7 @@ int computeSpectra(CMDTrialzk& trial, double rate, const SpectrumRequest& reques
     if (channels.empty())
         throw std::runtime_error("the trial has no channel of this kind");
     const SampleRange range = parseSampleRange(request.samples, sampleCount(trial, channels));
-    spectrum::TimeAxis time;
-    const auto twentyMs = static_cast<std::int64_t>(std::max(1.0, std::round(rate / 50.0)));
-    time.step = static_cast<std::size_t>(request.step > 0 ? request.step : twentyMs);
-    time.edge = static_cast<std::size_t>(request.edge);
+    const spectrum::TimeAxis time = timeAxis(request, rate);
     const std::size_t points = time.points(static_cast<std::size_t>(range.count()));
     if (points == 0)
         throw std::runtime_error("no sample is left between the edges");
@@ -134,17 +193,11 @@ int computeSpectra(CMDTrialzk& trial, double rate, const SpectrumRequest& reques
     if (spectrum == nullptr)
         throw std::runtime_error("there is not enough memory");
     checkAccumulation(*spectrum, request, points);
-    spectrum::MorletTransform morlet(static_cast<std::size_t>(range.count()), rate, request.axis.hz, request.cycles);
-    Planes planes(points, request.axis.hz.size());
-    for (const int index : channels) {
-        CMDChannelzk& channel = *trial.getChannel(index);
-        CSpctmChnlzk* const kept = channel.getSpctmChnl(true, request.classIndex);
-        if (kept == nullptr)
-            throw std::runtime_error("there is not enough memory");
-        planes.compute(morlet, {channel.getDataWave() + range.from, static_cast<std::size_t>(range.count())}, time);
-        planes.addTo(*kept, request.accumulate);
-    }
-    describe(*spectrum, request, rate, range, time, points);
+    computePlanes(trial, channels, request, {range, time, points, rate});
+    const Axes former(*spectrum);
+    describe(*spectrum, request, {range, time, points, rate});
+    if (!request.accumulate && !(Axes(*spectrum) == former))
+        dropOtherPlanes(trial, channels, request.classIndex);
     return static_cast<int>(channels.size());
 }
 

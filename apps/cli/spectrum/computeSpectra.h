@@ -28,8 +28,9 @@ struct SpectrumRequest
     bool accumulate = false; ///< add to the planes that are there
 };
 
-/// Gives the number of channels that have planes of the class now. All four data types are made, and a backup. Planes
-/// that are added to must have the same shape. Throws std::runtime_error.
+/// Gives the number of channels that planes of the class were computed for. All four data types are made, and a backup.
+/// Planes that are added to must have the same shape; other channels' planes of the class go when its times or
+/// frequencies become others. Throws std::runtime_error.
 int computeSpectra(CMDTrialzk& trial, double rate, const SpectrumRequest& request);
 
 } // namespace megset::cli

@@ -84,7 +84,8 @@ TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
     const auto result = run({"--factor", "4", "--new", path("slow.meg")});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(sample.folder().read("runTrial1.trl"), before);
-    EXPECT_FALSE(sample.folder().has("slow.meg.source"));
+    EXPECT_THAT(sample.folder().names(), ElementsAre("run.meg", "runTrial0.trl", "runTrial1.trl", "runTrial2.trl",
+                                                     "slow.meg", "slowTrial0.trl", "slowTrial1.trl", "slowTrial2.trl"));
     EXPECT_EQ(samples(path("slow.meg"), 1)[2], 1108.0);
     EXPECT_EQ(runMegset({"check", path("slow.meg")}).exitCode, 0) << runMegset({"check", path("slow.meg")}).output;
 }
@@ -127,6 +128,19 @@ TEST_F(Resample, NewDatasetOfAReSampledOneIsRefused)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("the dataset is re-sampled already: restore it first"));
     EXPECT_FALSE(sample.folder().has("slow.meg"));
+}
+
+TEST_F(Resample, NewDatasetsInOneFolderDoNotShareFiles)
+{
+    ASSERT_EQ(run({"--factor", "4", "--new", path("slow.meg")}).exitCode, 0);
+    ASSERT_EQ(run({"--factor", "2", "--new", path("faster.meg")}).exitCode, 0);
+    EXPECT_EQ(samples(path("slow.meg"), 1).size(), 6U);
+    EXPECT_EQ(samples(path("faster.meg"), 1).size(), 11U);
+    const auto before = sample.folder().read("slowTrial0.trl");
+    const auto again = run({"--factor", "2", "--new", path("slow.meg")});
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_THAT(again.errors, HasSubstr("slow.meg: exists already"));
+    EXPECT_EQ(sample.folder().read("slowTrial0.trl"), before);
 }
 
 TEST_F(Resample, FactorsThatDoNotFitAreRefusedAndLeaveNothing)

@@ -1,8 +1,11 @@
 #include "apps/cli/spectrum/computeSpectra.h"
 #include "apps/cli/spectrum/showSpectrum.h"
+#include "megset/spectral/CSpctmChnlzk.h"
+#include "megset/spectral/CSpctmTrialzk.h"
 #include "tests/apps/cli/SampleDataset.h"
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include <gmock/gmock.h>
@@ -162,6 +165,108 @@ TEST_F(Spectrum, FaultsAreTold)
     EXPECT_THAT(run({"--freqs", "10:20:1", "--edge", "100", "--in-place"}).errors, HasSubstr("no sample is left"));
     EXPECT_EQ(run({"--in-place"}).exitCode, 2);
     EXPECT_EQ(run({"--freqs", "1:2:1", "--log", "--in-place"}).exitCode, 2);
+}
+
+TEST_F(Spectrum, AbsentPlanesClassesAndTypesAreTold)
+{
+    compute({"--channels", "M1"});
+    EXPECT_THAT(run({"--show", "--channel", "M2"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--show", "--class", "control"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--show", "--kind", "eeg"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--show", "--channel", "M9"}).errors, HasSubstr("there is no channel M9; the nearest names are"));
+    EXPECT_THAT(run({"--show", "--trial", "2"}).errors, HasSubstr("there is no trial 2"));
+    EXPECT_EQ(run({"--show", "--class", "fourth"}).exitCode, 2);
+    EXPECT_EQ(run({"--show", "--type", "power"}).exitCode, 2);
+    EXPECT_EQ(run({"--show", "--type", "4"}).exitCode, 2);
+    EXPECT_THAT(run({"--log", "--class", "result", "--in-place"}).errors,
+                HasSubstr("trial 0 of 2: it has no spectra of this class"));
+}
+
+// Applications may leave such spectra. The largest times and frequencies make the sum plane.
+TEST_F(Spectrum, PlanesOfUnequalSizeBetweenChannelsAreSummedAtTheirOwnIndices)
+{
+    for (int i = 0; i < 2; ++i) {
+        CMDTrialzk& trial = *sample.dataset().getTrialzk(i);
+        std::vector<double> ones(12, 1.0);
+        std::vector<double> twos(12, 2.0);
+        trial.getChannel(1)->getSpctmChnl(true, 0)->addSpctmDataRIM1d(ones.data(), ones.data(), ones.data(), 4, 3, 1, 1,
+                                                                      0);
+        trial.getChannel(2)->getSpctmChnl(true, 0)->addSpctmDataRIM1d(twos.data(), twos.data(), twos.data(), 6, 2, 1, 1,
+                                                                      0);
+        trial.getSpctmTrial(true, 0)->setSpctmTimePtFreqPt(6, 3, 2);
+    }
+    sample.store();
+    const json values = shown({"--sum", "max"}).at("values");
+    EXPECT_EQ(values, json({{2, 2, 2}, {2, 2, 2}, {2, 2, 2}, {2, 2, 2}, {0, 0, 0}, {0, 0, 0}}));
+    EXPECT_THAT(shown({"--channel", "M1"}).at("values"), SizeIs(4));
+    EXPECT_THAT(shown({"--channel", "M2"}).at("hz"), SizeIs(2));
+}
+
+TEST_F(Spectrum, ComputingOnOtherAxesDropsTheClasssPlanesOfOtherChannels)
+{
+    compute();
+    compute({"--channels", "M1"}); // the same axes
+    EXPECT_THAT(shown({"--channel", "M2"}).at("hz"), SizeIs(5));
+    const auto other = run({"--freqs", "10:40:10", "--channels", "M1", "--in-place"});
+    ASSERT_EQ(other.exitCode, 0) << other.errors;
+    EXPECT_THAT(shown({"--channel", "M1"}).at("hz"), SizeIs(4));
+    EXPECT_THAT(run({"--show", "--channel", "M2"}).errors, HasSubstr("has no such spectrum"));
+}
+
+TEST_F(Spectrum, SamplesThatAreNoNumbersGiveNullAndGreyAndAreClearedByNothing)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinite = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < 2; ++i) {
+        std::vector<double> wave(200, 1.0);
+        wave[100] = i == 0 ? nan : infinite;
+        sample.dataset().getTrialzk(i)->getChannel(1)->addData(200, wave.data());
+    }
+    sample.store();
+    compute();
+    for (const char* trial : {"0", "1"}) {
+        const json map = shown({"--channel", "M1", "--trial", trial});
+        for (const json& row : map.at("values"))
+            for (const json& value : row)
+                ASSERT_TRUE(value.is_null());
+        EXPECT_NEAR(shown({"--channel", "M2", "--trial", trial}).at("values")[20][3].get<double>(), 10.0, 0.01);
+        const auto text = run({"--show", "--channel", "M1", "--trial", trial});
+        EXPECT_EQ(text.exitCode, 0);
+        EXPECT_THAT(text.output, testing::Not(HasSubstr("largest")));
+    }
+    ASSERT_EQ(run({"--log", "--in-place"}).exitCode, 0);
+    EXPECT_EQ(run({"--normalize", "max", "--in-place"}).exitCode, 0);
+    EXPECT_EQ(run({"--cut", "0:1", "--in-place"}).exitCode, 0);
+    EXPECT_EQ(runMegset({"check", sample.path()}).exitCode, 0);
+}
+
+TEST_F(Spectrum, SelectionsOutsideThePlaneAreTold)
+{
+    EXPECT_THAT(run({"--freqs", "10:20:10", "--samples", "200:300", "--in-place"}).errors, HasSubstr("200:300"));
+    EXPECT_THAT(run({"--freqs", "10:20:10", "--samples", "50:20", "--in-place"}).errors, HasSubstr("50:20"));
+    compute();
+    EXPECT_THAT(run({"--baseline", "5000:6000", "--in-place"}).errors, HasSubstr("no time point lies in the baseline"));
+    EXPECT_THAT(run({"--baseline", "100:-100", "--in-place"}).errors, HasSubstr("no time point lies in the baseline"));
+    EXPECT_THAT(run({"--baseline", "100", "--in-place"}).errors, HasSubstr("not of the form A:B"));
+    EXPECT_THAT(run({"--cut", "1:x", "--in-place"}).errors, HasSubstr("not of the form A:B"));
+    EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 30.0, 0.01);
+}
+
+TEST_F(Spectrum, ChannelsOfDifferentLengthAreToldAndTrialsMayDiffer)
+{
+    const std::vector<double> shorter(150, 1.0);
+    sample.dataset().getTrialzk(1)->getChannel(1)->addData(150, shorter.data());
+    sample.store();
+    const auto names = sample.folder().names();
+    const auto result = run({"--freqs", "10:20:10", "--out", sample.folder().native("new.meg").string()});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("trial 1 of 2: the channels have different numbers of samples"));
+    EXPECT_EQ(sample.folder().names(), names);
+    sample.dataset().getTrialzk(1)->getChannel(2)->addData(150, shorter.data());
+    sample.store();
+    compute();
+    EXPECT_THAT(shown({"--channel", "M1", "--trial", "0"}).at("ms"), SizeIs(50));
+    EXPECT_THAT(shown({"--channel", "M1", "--trial", "1"}).at("ms"), SizeIs(38));
 }
 
 } // namespace

@@ -242,7 +242,7 @@ protected:
         EXPECT_EQ(m_dataset.importTrialChannels(9, channels, &sensorList, &electrodeList, &names, &names, &m_document),
                   1);
         CMEGRecordInfozkProzk information;
-        setRecordingInformation(recording, information);
+        setRecordingInformation(recording.header, information);
         m_dataset.setMEGRecordInfozk(&information);
         setHeadLocalization(recording.coils, m_dataset.m_headLocalization);
         std::vector<std::int32_t> block(recording.data.trialSize());
