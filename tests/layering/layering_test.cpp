@@ -100,7 +100,7 @@ TEST(IncludeRules, SystemCallsAreMadeInPosixSourcesOfThePlatform)
     EXPECT_FALSE(allows("apps/cli/main.cpp", "<sys/mman.h>"));
 }
 
-TEST(IncludeRules, InstructionsAreNamedInSourcesOfTheNumericLoops)
+TEST(IncludeRules, InstructionsAreNamedByTheLogarithmAlone)
 {
     EXPECT_TRUE(allows("megset/numeric/logarithm.cpp", "<immintrin.h>"));
     EXPECT_FALSE(allows("megset/numeric/logarithm.h", "<immintrin.h>"));
