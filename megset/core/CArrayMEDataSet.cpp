@@ -141,7 +141,11 @@ void CArrayMEDataSet09File::exchangeDataset(CArchive& ar, CMEGDatazk& data) cons
 // ---- re-sampling
 
 CArrayMEDataSetzk::CArrayMEDataSetzk() = default;
-CArrayMEDataSetzk::~CArrayMEDataSetzk() = default;
+CArrayMEDataSetzk::~CArrayMEDataSetzk()
+{
+    if (m_pDlgResampling != nullptr)
+        m_pDlgResampling->endWorker();
+}
 
 int CArrayMEDataSetzk::showDlgResampling2NewData(CMEGDatazk* data, CWnd* parent, CDocument* (*createDoc)(),
                                                  int (*attachDatasets)(CPtrArray*, CDocument*))

@@ -21,7 +21,12 @@ double CMEGDatazk::m_dSelectSeegProbeContactY = 0.0;
 double CMEGDatazk::m_dSelectSeegProbeContactZ = 0.0;
 
 CMEGDatazk::CMEGDatazk() = default;
-CMEGDatazk::~CMEGDatazk() = default;
+
+CMEGDatazk::~CMEGDatazk()
+{
+    if (m_pDlgResampling != nullptr)
+        m_pDlgResampling->endWorker();
+}
 
 int CMEGDatazk::copyMegInfo(CMEGDatazk* source)
 {

@@ -136,7 +136,8 @@ MEGSET_AVX512 void logarithmOfBlock(double* x, std::size_t n) noexcept
     std::array<std::uint64_t, blockValues / 64> doubt{};
     for (std::size_t i = 0; i < n; i += lanes) {
         const __m512d v = _mm512_loadu_pd(x + i);
-        __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(x + i) + ahead * sizeof *x));
+        const std::uintptr_t next = reinterpret_cast<std::uintptr_t>(x + i) + ahead * sizeof *x; // may be past the end
+        __builtin_prefetch(reinterpret_cast<const void*>(next)); // NOLINT(performance-no-int-to-ptr)
         __mmask8 doubtful = 0;
         _mm512_store_pd(values.data() + i, v);
         _mm512_storeu_pd(x + i, logarithms(v, doubtful));
