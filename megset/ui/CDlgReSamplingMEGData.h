@@ -87,8 +87,8 @@ public:
 
     /// Waits for the worker. An exception that ended it is raised here.
     void waitForWorker();
-    /// Waits for the worker, whatever ended it. Owners call it before they end the dialog: its hooks are virtual, and no
-    /// longer the window's once the destructor has begun.
+    /// Waits for the worker, whatever ended it. Owners call it before they end the dialog: its hooks are virtual, and
+    /// no longer the window's once the destructor has begun.
     void endWorker() noexcept { m_pWorker.reset(); }
     /// Whether Apply and Exit can be pressed. Any thread may ask.
     bool areButtonsEnabled() const { return m_bButtonsEnabled; }
