@@ -8,12 +8,10 @@
 
 #include <cmath>
 
-#include "megset/numeric/multiversion.h"
+#include "megset/numeric/avx512.h"
 #include "megset/numeric/transform.h"
 
 #if MEGSET_HAS_MULTIVERSION
-
-#include <immintrin.h>
 
 #include <algorithm>
 #include <array>
@@ -78,11 +76,7 @@ struct LogarithmTable
 
 constexpr LogarithmTable table;
 
-constexpr std::size_t lanes = 8;
 constexpr std::size_t blockValues = 512;
-constexpr std::size_t ahead = 512; // values that are asked for in advance
-
-#define MEGSET_AVX512 __attribute__((target("avx512f")))
 
 MEGSET_AVX512 inline __m512d all(double value)
 {
@@ -136,8 +130,7 @@ MEGSET_AVX512 void logarithmOfBlock(double* x, std::size_t n) noexcept
     std::array<std::uint64_t, blockValues / 64> doubt{};
     for (std::size_t i = 0; i < n; i += lanes) {
         const __m512d v = _mm512_loadu_pd(x + i);
-        const std::uintptr_t next = reinterpret_cast<std::uintptr_t>(x + i) + ahead * sizeof *x; // may be past the end
-        __builtin_prefetch(reinterpret_cast<const void*>(next)); // NOLINT(performance-no-int-to-ptr)
+        fetchAhead(x + i);
         __mmask8 doubtful = 0;
         _mm512_store_pd(values.data() + i, v);
         _mm512_storeu_pd(x + i, logarithms(v, doubtful));

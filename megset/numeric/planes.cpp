@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "megset/numeric/arithmetic.h"
+#include "megset/numeric/division.h"
 #include "megset/numeric/transform.h"
 
 namespace megset::numeric {
@@ -29,6 +30,18 @@ std::span<Value> part(std::span<Value> row, std::int64_t first, std::int64_t cou
 {
     const auto from = std::min(static_cast<std::size_t>(first), row.size());
     return row.subspan(from, std::min(static_cast<std::size_t>(count), row.size() - from));
+}
+
+/// The rows begin <= t < end that there are.
+ConstPlane rowsOf(ConstPlane plane, std::int64_t begin, std::int64_t end)
+{
+    begin = std::max<std::int64_t>(begin, 0);
+    end = std::min(end, plane.rows());
+    if (begin >= end)
+        return {};
+    const auto from = static_cast<std::size_t>(begin * plane.columns());
+    const auto most = static_cast<std::size_t>((end - begin) * plane.columns());
+    return {plane.values().subspan(from, std::min(most, plane.values().size() - from)), plane.columns()};
 }
 
 /// Calls `visit(v)` for every value of a column, in time order.
@@ -154,8 +167,12 @@ void baseline(ConstPlane plane, std::int64_t begin, std::int64_t end, std::span<
 {
     fill(base, 0.0);
     const auto n = static_cast<double>(end) - static_cast<double>(begin);
-    for (std::int64_t t = std::max<std::int64_t>(begin, 0); t < std::min(end, plane.rows()); ++t)
-        addQuotients(base, plane.row(t), n);
+    addRowQuotients(base, rowsOf(plane, begin, end), n, currentProcessorPath());
+}
+
+void divideRowsAndScale(Plane plane, std::span<const double> divisor, double scale) noexcept
+{
+    divideRowsAndScale(plane, divisor, scale, currentProcessorPath());
 }
 
 RectangleStatistics rectangleStatistics(ConstPlane plane, const PlaneRectangle& rectangle) noexcept

@@ -77,6 +77,8 @@ void columnDeviations(ConstPlane plane, std::span<double> out) noexcept;
 
 /// base[f] = the sum of v / n over the rows begin <= t < end, where n is end - begin.
 void baseline(ConstPlane plane, std::int64_t begin, std::int64_t end, std::span<double> base) noexcept;
+/// v = v / divisor[f] * scale, the quotient rounded before it is scaled; columns beyond the divisors stay.
+void divideRowsAndScale(Plane plane, std::span<const double> divisor, double scale) noexcept;
 
 // Rectangles
 

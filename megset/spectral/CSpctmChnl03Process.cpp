@@ -199,8 +199,7 @@ int CSpctmChnl03Process::rootStrip(std::int64_t iTimeBegin, std::int64_t iTimeEn
         return 0;
     const std::span<double> divisor(base.get(), static_cast<std::size_t>(m_nFreqPt));
     numeric::baseline(values, begin, end, divisor);
-    for (std::int64_t t = 0; t < m_nTimePt; ++t)
-        numeric::divideAndScale(values.row(t), divisor, dScale);
+    numeric::divideRowsAndScale(values, divisor, dScale);
     return 1;
 }
 
