@@ -1,5 +1,5 @@
-// A divider is slower than memory, so vectors of 512 bits divide by multiplying. With r the rounded reciprocal of d, and
-// a quotient q that is one of the two neighbours of x / d, the fused q + r (x - d q) is x / d rounded to nearest:
+// A divider is slower than memory, so vectors of 512 bits divide by multiplying. With r the rounded reciprocal of d,
+// and a quotient q that is one of the two neighbours of x / d, the fused q + r (x - d q) is x / d rounded to nearest:
 // Markstein's theorem (Muller et al., Handbook of Floating-Point Arithmetic, "Division using Newton's iteration"). The
 // neighbour comes from the reciprocal to twice the precision, x r + x (1 - d r) r, rounded once. The theorem wants no
 // overflow and no underflow on the way: operands have to be between 2^-256 and 2^256. Vectors that hold another value,
@@ -11,6 +11,7 @@
 #include <cstddef>
 
 #include "megset/numeric/avx512.h"
+#include "megset/numeric/fetchAhead.h"
 #include "megset/numeric/transform.h"
 
 #if MEGSET_HAS_MULTIVERSION

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "megset/numeric/avx512.h"
+#include "megset/numeric/fetchAhead.h"
 #include "megset/numeric/transform.h"
 
 #if MEGSET_HAS_MULTIVERSION

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "megset/numeric/fetchAhead.h"
 #include "megset/numeric/multiversion.h"
 
 namespace megset::numeric {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "megset/numeric/fetchAhead.h"
 #include "megset/numeric/multiversion.h"
 #include "megset/numeric/statisticsLoops.h"
 #include "megset/platform/memory.h"
@@ -84,6 +85,7 @@ MEGSET_MULTIVERSION_256 void stimulusAbsoluteRange(const double* x, std::size_t 
     most.fill(max);
     std::size_t i = 0;
     for (; i + chains <= n; i += chains) {
+        fetchLinesAhead(x + i, chains);
         for (std::size_t c = 0; c < chains; ++c) {
             const double v = std::fabs(x[i + c]);
             least[c] = v < least[c] ? v : least[c];
@@ -119,6 +121,7 @@ MEGSET_MULTIVERSION_256 double stimulusAbove(double* x, std::size_t n, double le
     for (; i + stimulusGroup <= n; i += stimulusGroup) {
         if (zeroStays && isZeroGroup(x + i))
             continue; // and need not be written
+        fetchLinesAhead(x + i, stimulusGroup);
         for (std::size_t k = 0; k < stimulusGroup; ++k)
             x[i + k] = aboveLevel(x[i + k], level);
         for (std::size_t k = 0; k < stimulusGroup; ++k)
