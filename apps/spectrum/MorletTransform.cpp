@@ -13,6 +13,9 @@ namespace megset::spectrum {
 namespace {
 
 constexpr double reach = 5.0; // of a wavelet, in standard deviations of its envelope
+constexpr std::size_t longestTransform = std::size_t{1} << 26U;
+// 128 MiB; beyond, wavelets are made anew for each channel, which takes as long again.
+constexpr std::size_t mostKeptValues = std::size_t{1} << 24U;
 
 double deviation(double hz, double cycles)
 {
@@ -22,7 +25,10 @@ double deviation(double hz, double cycles)
 // Samples from the middle of a wavelet to its end.
 std::size_t halfLength(double hz, double cycles, double rate)
 {
-    return static_cast<std::size_t>(reach * deviation(hz, cycles) * rate);
+    const double samples = reach * deviation(hz, cycles) * rate;
+    if (!(samples < static_cast<double>(longestTransform)))
+        throw std::invalid_argument("the wavelets are too long");
+    return static_cast<std::size_t>(samples);
 }
 
 // The next length that has the factors 2, 3 and 5 alone, which transforms are quick for.
@@ -87,10 +93,11 @@ MorletTransform::MorletTransform(std::size_t samples, double rate, std::vector<d
         longest = std::max(longest, halfLength(frequency, cycles, rate));
     }
     // Behind the samples there is room for half a wavelet, so that its two ends don't meet samples from the other end.
-    constexpr std::size_t longestTransform = std::size_t{1} << 28U;
     if (samples + longest >= longestTransform)
         throw std::invalid_argument("the wavelets are too long");
     m_fft = std::make_unique<Fft>(goodLength(std::max(samples + longest, 2 * longest + 1)));
+    if (m_fft->data().size() > mostKeptValues / std::max<std::size_t>(m_hz.size(), 1))
+        return;
     for (const double frequency : m_hz)
         m_wavelets.push_back(spectrumOfWavelet(frequency));
 }
@@ -132,9 +139,13 @@ void MorletTransform::transform(std::span<const double> samples, const TimeAxis&
     std::ranges::copy(samples.first(std::min(samples.size(), m_samples)), data.begin());
     m_fft->forward();
     m_spectrum.assign(data.begin(), data.end());
+    std::vector<double> unkept;
     for (std::size_t f = 0; f < m_hz.size(); ++f) {
+        if (m_wavelets.empty())
+            unkept = spectrumOfWavelet(m_hz[f]);
+        const std::vector<double>& wavelet = m_wavelets.empty() ? unkept : m_wavelets[f];
         for (std::size_t i = 0; i < data.size(); ++i)
-            data[i] = m_spectrum[i] * m_wavelets[f][i];
+            data[i] = m_spectrum[i] * wavelet[i];
         m_fft->backward();
         for (std::size_t t = 0; t < points; ++t) {
             const std::complex<double> value = data[axis.edge + t * axis.step];

@@ -30,8 +30,8 @@ struct TimeAxis
 class MorletTransform
 {
 public:
-    /// For blocks of `samples`, at least 1. Throws std::invalid_argument for cycles that are not above 0, and a
-    /// frequency that is not between 0 and half of the rate.
+    /// For blocks of `samples`, at least 1. Throws std::invalid_argument for cycles that are not above 0, for a
+    /// frequency that is not between 0 and half of the rate, and for more than 2^26 samples with half a wavelet.
     MorletTransform(std::size_t samples, double rate, std::vector<double> hz, double cycles);
     MorletTransform(const MorletTransform&) = delete;
     MorletTransform& operator=(const MorletTransform&) = delete;
@@ -52,7 +52,7 @@ private:
     double m_cycles;
     std::vector<double> m_hz;
     std::unique_ptr<Fft> m_fft;
-    std::vector<std::vector<double>> m_wavelets;  ///< spectra, one for each frequency
+    std::vector<std::vector<double>> m_wavelets;  ///< spectra, one for each frequency; none when they are too many
     std::vector<std::complex<double>> m_spectrum; ///< of the samples; kept, for no memory shall come and go per channel
 };
 

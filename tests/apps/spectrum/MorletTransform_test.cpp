@@ -115,6 +115,28 @@ TEST(MorletTransform, WhatCanNotBeTransformedIsRefused)
     EXPECT_THROW(MorletTransform(10, 100.0, {0.0}, 7.0), std::invalid_argument);
     EXPECT_THROW(MorletTransform(10, 100.0, {10.0}, 0.0), std::invalid_argument);
     EXPECT_THROW(MorletTransform(10, 100.0, {1e-12}, 7.0), std::invalid_argument);
+    EXPECT_THROW(MorletTransform(10, 100.0, {5e-324}, 7.0), std::invalid_argument);
+    EXPECT_THROW(MorletTransform(10, 100.0, {10.0}, 1e300), std::invalid_argument);
+    EXPECT_THROW(MorletTransform(std::size_t{1} << 26U, 100.0, {10.0}, 7.0), std::invalid_argument);
+}
+
+// A long recording at many frequencies: their wavelets would not fit in memory together.
+TEST(MorletTransform, WaveletsThatAreNotKeptGiveTheSame)
+{
+    std::vector<double> samples(100'000);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<double>(i * i % 17);
+    const TimeAxis axis = {1000, 20'000};
+    std::vector<double> hz;
+    for (int i = 0; i < 170; ++i)
+        hz.push_back(100.0 + i);
+    const Planes many = transform(samples, 1000.0, hz, 5.0, axis);
+    const Planes few = transform(samples, 1000.0, {hz.front(), hz.back()}, 5.0, axis);
+    ASSERT_EQ(axis.points(samples.size()), 5U);
+    for (std::size_t t = 0; t < 5; ++t) {
+        EXPECT_EQ(many.real[hz.size() * t], few.real[2 * t]);
+        EXPECT_EQ(many.imaginary[hz.size() * (t + 1) - 1], few.imaginary[2 * t + 1]);
+    }
 }
 
 TEST(FrequencyAxis, LinearStepsReachTheEnd)
