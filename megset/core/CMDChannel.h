@@ -229,7 +229,12 @@ private:
     std::int64_t replaceSamples(std::int64_t n, const Value* data, bool keepsOtherBackup, Convert convert);
     bool allocateMissing(std::int64_t nWave, std::int64_t nBk, bool zero);
     bool growBackup(std::int64_t n);
+    /// Of a range that is not reversed.
+    std::span<const double> samplesOf(const SampleRange& range) const;
     std::span<const double> statisticsSpan(std::int64_t from, std::int64_t to) const;
+    template <class Sums, class Result, class SumUp, class Finish>
+    static void readInBlocks(std::span<const CMDChannel* const> channels, std::int64_t from, std::int64_t to,
+                             std::span<Result> results, SumUp sumUp, Finish finish);
     ChannelMeans meansOf(const numeric::SampleStatistics& sums, std::span<const double> samples, std::int64_t from,
                          std::int64_t to) const;
     void clampCurrentSample();

@@ -1,4 +1,4 @@
-// Finding a trial's file for the application.
+// Where the files of trials are: the paths of the list, and finding one for the application.
 #include "megset/core/CMEGDatazk.h"
 
 #include "megset/platform/CDocument.h"
@@ -187,6 +187,37 @@ TEST_F(TrialFileCheck, GivesTheChosenPathOrAnEmptyOne)
     host.willAnswerYes();
     host.willChooseFile("X:\\b.trl");
     EXPECT_EQ(data._checkGetFileSameFold4Path(path), "X:\\b.trl");
+}
+
+// ---- paths of the list
+
+TEST(TrialPaths, AreGivenWholeAndByTitle)
+{
+    CMEGDatazk data;
+    data.initMEGData(2, 1, 1);
+    data.m_aTrialFilePath.Add("C:\\data\\run.1Trial0.trl");
+    data.m_aTrialFilePath.Add("C:\\data\\Trial1");
+    EXPECT_EQ(data.getTrialFilePath(0), "C:\\data\\run.1Trial0.trl");
+    EXPECT_EQ(data.getTrialFileName(0), "run.1Trial0");
+    EXPECT_EQ(data.getTrialFileName(-1), "run.1Trial0");
+    EXPECT_EQ(data.getTrialFileName(1), "Trial1");
+}
+
+TEST(TrialPaths, AreTextsOnTrouble)
+{
+    CMEGDatazk data;
+    data.initMEGData(2, 1, 1);
+    data.m_aTrialFilePath.Add("C:\\data\\Trial0.trl");
+    EXPECT_EQ(data.getTrialFilePath(2), "Error > total");
+    EXPECT_EQ(data.getTrialFileName(2), "Error > total");
+    EXPECT_EQ(data.getTrialFilePath(-2), "Error < 0");
+    EXPECT_EQ(data.getTrialFileName(-2), "Error < 0");
+    EXPECT_EQ(data.getTrialFilePath(0), "Error Path Array");
+    EXPECT_EQ(data.getTrialFileName(0), "Error Path Array");
+    data.m_ppTrial.reset();
+    EXPECT_EQ(data.getTrialFilePath(0), "Error No Trials");
+    EXPECT_EQ(data.getTrialFileName(1), "Error No Trials");
+    EXPECT_EQ(CMEGDatazk().getTrialFileName(-1), "Error < 0");
 }
 
 } // namespace

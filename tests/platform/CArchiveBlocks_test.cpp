@@ -6,6 +6,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/FailingFile.h"
 #include "tests/kit/memoryArchive.h"
+#include "tests/platform/archiveChecks.h"
 
 #include <cstddef>
 #include <vector>
@@ -17,23 +18,16 @@ namespace megset::CArchiveBlocks_test {
 namespace {
 
 using ::testing::ElementsAre;
+using namespace archiveChecks;
 
 constexpr unsigned wide = 128 * 1024; // bytes of the wide buffer
 constexpr unsigned large = 64 * 1024; // from here on a block goes past it
 constexpr unsigned middling = 9600;   // samples of a short channel
 
-std::vector<std::byte> pattern(unsigned length)
-{
-    std::vector<std::byte> bytes(length);
-    for (unsigned i = 0; i < length; ++i)
-        bytes[i] = static_cast<std::byte>((i * 7 + i / 251) & 0xFFU);
-    return bytes;
-}
-
 // So many blocks, each behind its number.
 void storeBlocks(CArchive& ar, int blocks, unsigned size)
 {
-    const auto block = pattern(size);
+    const auto block = bytePattern(size);
     for (std::int32_t i = 0; i < blocks; ++i) {
         ar << i;
         ar.Write(block.data(), size);
@@ -42,7 +36,7 @@ void storeBlocks(CArchive& ar, int blocks, unsigned size)
 
 void expectBlocks(CArchive& ar, int blocks, unsigned size)
 {
-    const auto expected = pattern(size);
+    const auto expected = bytePattern(size);
     for (std::int32_t i = 0; i < blocks; ++i) {
         std::vector<std::byte> block(size);
         std::int32_t number = -1;
@@ -57,19 +51,8 @@ ByteBuilder blockBytes(int blocks, unsigned size)
 {
     ByteBuilder bytes;
     for (std::int32_t i = 0; i < blocks; ++i)
-        bytes.i32(i).raw(pattern(size));
+        bytes.i32(i).raw(bytePattern(size));
     return bytes;
-}
-
-template <class Act>
-int fileFaultCause(Act act)
-{
-    try {
-        act();
-    } catch (const CFileException& exception) {
-        return exception.m_cause;
-    }
-    return CFileException::none;
 }
 
 TEST(CArchiveBlocks, MiddlingOnesAreGatheredIntoCallsOf128Kilobytes)
@@ -115,7 +98,7 @@ TEST(CArchiveBlocks, OfEverySizeAroundTheBoundsAreWhole)
 
 TEST(CArchiveBlocks, LargeOnesStillGoPastTheWideBufferInOneCall)
 {
-    const auto block = pattern(large);
+    const auto block = bytePattern(large);
     FailingFile file;
     CArchive store(&file, CArchive::store);
     storeBlocks(store, 2, middling);
@@ -200,7 +183,7 @@ TEST(CArchiveBlocks, AFileThatEndsInsideAMiddlingBlockGivesWhatWasThere)
 
 TEST(CArchiveBlocks, WithoutMemoryForTheWideBufferTheyGoPastTheNarrowOne)
 {
-    const auto block = pattern(middling);
+    const auto block = bytePattern(middling);
     const FailingAllocator none(1, FailingAllocator::Failing::FromThenOn);
     FailingFile file;
     CArchive store(&file, CArchive::store);
