@@ -104,6 +104,7 @@ struct RectangleStatistics
 /// Statistics of the values that the rectangle and the plane have in common; both sums begin with the first value.
 RectangleStatistics rectangleStatistics(ConstPlane plane, const PlaneRectangle& rectangle) noexcept;
 
+/// The sum over a rectangle, and of how many values it is.
 struct RectangleSum
 {
     double sum = 0.0;
@@ -140,6 +141,7 @@ struct RangeScan
     double divisor = 1.0;
 };
 
+/// The range of a plane, by a RangeScan.
 struct PlaneRange
 {
     double min = 0.0;

@@ -12,12 +12,14 @@
 
 namespace megset::numeric {
 
+/// The range of a row.
 struct MinMax
 {
     double min = 0.0;
     double max = 0.0;
 };
 
+/// What one pass over a row gives.
 struct SampleStatistics
 {
     double min = 0.0;
@@ -26,6 +28,7 @@ struct SampleStatistics
     double sumOfSquares = 0.0;
 };
 
+/// What two passes over a row give.
 struct RowStatistics
 {
     double min = 0.0;

@@ -51,6 +51,7 @@ private:
     std::size_t m_described = 0;
 };
 
+/// The range of a stimulus channel, and its sum.
 struct SampleRange
 {
     double min = 0.0;
