@@ -111,8 +111,10 @@ struct RectangleSum
     std::int64_t count = 0;
 };
 
+/// The sequential sum of the values that the rectangle and the plane have in common.
 RectangleSum rectangleSum(ConstPlane plane, const PlaneRectangle& rectangle) noexcept;
 
+/// Sets the values that the rectangle and the plane have in common.
 void fillRectangle(Plane plane, const PlaneRectangle& rectangle, double value) noexcept;
 
 /// What a profile keeps of each frequency.
