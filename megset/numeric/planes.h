@@ -51,7 +51,9 @@ private:
     std::int64_t m_columns = 0;
 };
 
+/// A plane that is changed.
 using Plane = BasicPlane<double>;
+/// A plane that is read.
 using ConstPlane = BasicPlane<const double>;
 
 // Columns. Those that a plane doesn't have hold nothing.

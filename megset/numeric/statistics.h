@@ -39,6 +39,7 @@ struct RowStatistics
     double sumOfSquaredDeviations = 0; ///< of (x - mean)^2
 };
 
+/// Samples one behind another.
 using Row = std::span<const double>;
 
 /// A start value of sums that changes no element: the sum of one sample is that sample, be it -0.0.
