@@ -23,3 +23,12 @@
 #include "megset/platform/paths.h"
 #include "megset/platform/version.h"
 #include "megset/records/records.h"
+
+/// The library: sessions of MEG and EEG as datasets of trials of channels.
+namespace megset {
+
+/// Loops over contiguous samples: pure functions on spans, which know no class of the library.
+namespace numeric {
+}
+
+} // namespace megset

@@ -15,6 +15,7 @@ class CMEGDatazk;
 class CPtrArray;
 class CWnd;
 
+/// Several datasets of one document, which it owns; one of them is current.
 class CArrayMEDataSet
 {
 public:
@@ -43,6 +44,7 @@ public:
     int m_nCurrentDataset = 0; ///< -1 after cleanData
 };
 
+/// The file layer of an array of datasets.
 class CArrayMEDataSet09File : public CArrayMEDataSet
 {
 public:
@@ -66,6 +68,7 @@ private:
     static const FormatVersion<CArrayMEDataSet09File> s_versions[1];
 };
 
+/// An array of datasets with the re-sampling dialog that they share; this is the class that is made.
 class CArrayMEDataSetzk : public CArrayMEDataSet09File
 {
 public:

@@ -85,6 +85,7 @@ public:
 
     // Reading
 
+    /// Working and raw samples, null without any, and the number of each.
     double* getDataWave() const { return m_pDataWave.get(); }
     double* getBkData() const { return m_pBkData.get(); }
     std::int64_t getBkDataSample() const { return m_nBkDataSample; }
@@ -146,6 +147,7 @@ public:
     int getMegChnlNumBal();
     MEG_BalInfo* getMegBalInf() const { return m_pMegBalInf.get(); }
 
+    /// Spectra, frequency data or wave results of all classes, or the drawing buffer end. They give 1.
     int _cleanSpctmDataChnl();
     int _cleanFreqDataChnl();
     int _cleanWaveAnlzRsltChnl();

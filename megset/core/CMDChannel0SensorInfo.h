@@ -12,6 +12,7 @@ class CMEGSensorzk;
 class CMisceSnsrzk;
 class CStimTrigzk;
 
+/// The channel's layer for what it is and where: type, names, geometry object.
 class CMDChannel0SensorInfo : public CMDChannel
 {
 public:

@@ -11,6 +11,7 @@ struct SampleRange;
 class StimulusBlocks;
 } // namespace numeric
 
+/// The channel's layer for numbers over all its samples: range, scaling, re-sampling, conditioning of triggers.
 class CMDChannel7ProcessX : public CMDChannel3Show
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The channel that is made; it closes the chain of the channel.
 class CMDChannelzk : public CMDChannel9FileRecord
 {
 public:

@@ -64,6 +64,7 @@ public:
     int isGoodTrial() const { return m_nGoodTrial; }
     /// Gives what it stored.
     int setTrialGood(bool good);
+    /// Whether the trial was computed, and not recorded.
     int isVirtualTrial() const { return m_nVirtualTrial; }
     CHeadLocalizationzk* getTrialHeadLocat() { return &m_headLocalization; }
 
@@ -74,8 +75,10 @@ public:
     int find1stTrig(int value, int& pos, int& rest) const;
     /// The same over a caller's block, channel after channel, where channel k begins at k times its own count.
     int find1stTrigHD(int value, int& pos, int& rest, const std::int32_t* data) const;
+    /// Whether find1stTrig finds the value.
     int isSameTrig(int value) const;
 
+    /// Ends the channels; the trial has none then. Gives 1.
     int _cleanTrialChannels();
 
     // Fields, in the order in which the chain declares them.

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial that is made; it closes the chain of the trial.
 class CMDTrialzk : public CMDTrial9FileBRecord
 {
 public:

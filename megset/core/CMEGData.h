@@ -80,10 +80,13 @@ public:
     int _checkFindFile(CString& path);
     /// The same with the document's folder looked at first. Gives the path found, else an empty one.
     CString _checkGetFileSameFold4Path(CString& path);
+    /// applyMEGSnsrGainDir2Chnls on a trial, which is opened; 0 when that fails.
     int applyMEGSnsrGainDirTrial(int trial, bool once);
 
     // Data of the trial in memory
 
+    /// The working samples of a channel, null when there are none or the trial is not in memory; -1 stands for the
+    /// current one of both.
     double* getChannMEGData(int chan, int trial) const;
     /// The count of the trial's current channel, and the working array of `chan`; null pointers are skipped. 0 when
     /// there is none.
@@ -148,8 +151,10 @@ public:
     // The session
 
     CString getSessionName() const { return m_strSessionName; }
+    /// Stores the name, with which the names of new trials' files begin. Gives 1.
     int setSessionName(const CString& name);
     CMEGRecordInfozkProzk* getMEGRecordInfozk() { return &m_recordInfo; }
+    /// Copies the recording information, with the coefficients by the rule of CCoefficientManagerzk. 1; 0 for null.
     int setMEGRecordInfozk(const CMEGRecordInfozkProzk* info);
     /// Number of averages in the recording.
     int getAverageTrigValue() const { return m_recordInfo.m_nAverageCount; }

@@ -43,6 +43,7 @@ public:
     int getShowMEGSensor() const { return m_bShowMEGSensor; }
     int getShowMEGSensorActive() const { return m_bShowMEGSensorActive; }
     int getShowSensor2DOverlap() const { return m_bShowSensor2DOverlap; }
+    /// Whether sensors that lie over each other are drawn. Gives 1.
     int setShowSensor2DOverlap(bool overlap);
     /// Pixels.
     int getSensorSize2D() const { return m_nSensorSize2D; }

@@ -10,6 +10,7 @@ class CDlgSeegProbeSetup;
 class CDlgSetupROIDewar;
 class CWnd;
 
+/// The dataset that is made; it closes the chain of the dataset.
 class CMEGDatazk : public CMEGData9FileRecord
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The channel's layer for drawing: the buffer of block extremes.
 class CMDChannel3Show : public CMDChannel2WaveAnalyz
 {
 public:

@@ -8,6 +8,7 @@ namespace megset {
 struct TriggerScanPlan;
 enum class TriggerScan;
 
+/// The dataset's layer for triggers, marks, bad segments, and channels by what is in them.
 class CMEGData6Classify : public CMEGData5VirtualSns
 {
 public:

@@ -32,6 +32,7 @@ struct FoundTrigger
     std::int64_t last = 0;
 };
 
+/// What the scan of one trial found.
 struct ScannedTrial
 {
     CString info;             // the trial's name, and the range of each trigger channel

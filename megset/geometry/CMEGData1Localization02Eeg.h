@@ -14,6 +14,7 @@ struct NamedPoint
     double z = 0.0;
 };
 
+/// The dataset's layer for EEG fiducials, in mm.
 class CMEGData1Localization02Eeg : public CMEGData1Localization01Meg
 {
 public:

@@ -7,6 +7,7 @@
 
 namespace megset {
 
+/// Lobes of the array.
 inline constexpr int neuromagLobes = 5;
 
 /// The sensor numbers of a lobe, 1 to 5, as texts of four digits: each triplet's number, then 0, 1 and 2 for its

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The dataset's layer for trials that are made of other data of the session.
 class CMEGData9FileA00Maker : public CMEGData9FileA00Basic
 {
 public:

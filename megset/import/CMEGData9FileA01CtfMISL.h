@@ -11,6 +11,8 @@
 
 namespace megset {
 
+/// The dataset's layer for the import of CTF recordings. Samples come as recorded integers and become fT on MEG
+/// channels by the gains of their sensors.
 class CMEGData9FileA01CtfMISL : public CMEGData9FileA00Maker
 {
 public:

@@ -6,6 +6,7 @@
 
 namespace megset {
 
+/// The dataset's layer for trials that come in whole: from a Neuromag recording, or dropped from another dataset.
 class CMEGData9FileA02Neuromag : public CMEGData9FileA01CtfMISL
 {
 public:

@@ -34,15 +34,18 @@ void addWeightedInPlace(std::span<double> sum, std::span<const double> x, double
 
 /// to[i] = a[i] + b[i]
 void add(std::span<const double> a, std::span<const double> b, std::span<double> to) noexcept;
+/// The same to two arrays.
 void add(std::span<const double> a, std::span<const double> b, std::span<double> to, std::span<double> alsoTo) noexcept;
 
 /// to[i] = a[i] - b[i]
 void subtract(std::span<const double> a, std::span<const double> b, std::span<double> to) noexcept;
+/// The same to two arrays.
 void subtract(std::span<const double> a, std::span<const double> b, std::span<double> to,
               std::span<double> alsoTo) noexcept;
 
 /// to[i] = a[i] * b[i]
 void multiply(std::span<const double> a, std::span<const double> b, std::span<double> to) noexcept;
+/// The same to two arrays.
 void multiply(std::span<const double> a, std::span<const double> b, std::span<double> to,
               std::span<double> alsoTo) noexcept;
 

@@ -27,6 +27,7 @@ struct ChannelTotals
     double negative = 0.0;
 };
 
+/// The loops of one processor path.
 struct ChannelSumsLoops
 {
     static constexpr std::size_t mostChannels = 8;

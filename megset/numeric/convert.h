@@ -12,24 +12,31 @@ namespace megset::numeric {
 
 /// to[i] = from[i]
 void copy(std::span<const double> from, std::span<double> to) noexcept;
+/// The same to two arrays.
 void copy(std::span<const double> from, std::span<double> to, std::span<double> alsoTo) noexcept;
 
 /// to[i] = double(from[i])
 void convert(std::span<const std::int32_t> from, std::span<double> to) noexcept;
+/// The same to two arrays.
 void convert(std::span<const std::int32_t> from, std::span<double> to, std::span<double> alsoTo) noexcept;
+/// The same of another type.
 void convert(std::span<const float> from, std::span<double> to) noexcept;
+/// The same to two arrays.
 void convert(std::span<const float> from, std::span<double> to, std::span<double> alsoTo) noexcept;
 
 /// to[i] = double(from[i]) * scale
 void convertScaled(std::span<const float> from, double scale, std::span<double> to) noexcept;
+/// The same to two arrays.
 void convertScaled(std::span<const float> from, double scale, std::span<double> to, std::span<double> alsoTo) noexcept;
 
 /// to[i] = double(the i-th big-endian 32-bit integer of the bytes); an incomplete integer at the end is left out.
 void convertBigEndian(std::span<const std::byte> from, std::span<double> to) noexcept;
+/// The same to two arrays.
 void convertBigEndian(std::span<const std::byte> from, std::span<double> to, std::span<double> alsoTo) noexcept;
 
 /// to[i] = double(the i-th big-endian 32-bit integer of the bytes) * scale
 void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to) noexcept;
+/// The same to two arrays.
 void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to,
                             std::span<double> alsoTo) noexcept;
 

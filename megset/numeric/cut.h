@@ -7,6 +7,7 @@
 
 namespace megset::numeric {
 
+/// The value cut to 32 bits.
 inline int cutToInt(double value) noexcept
 {
     if (std::isnan(value))
@@ -16,6 +17,7 @@ inline int cutToInt(double value) noexcept
     return static_cast<int>(value < low ? low : value > high ? high : value);
 }
 
+/// The value cut to 64 bits.
 inline std::int64_t cutToCount(double value) noexcept
 {
     constexpr double limit = 9223372036854775808.0; // 2^63

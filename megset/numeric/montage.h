@@ -27,14 +27,16 @@ struct SignalSum
 /// to[i] = the sum's sample i
 void signalSum(const SignalSum& sum, std::span<double> to) noexcept;
 
-/// x[i] -= the sum's sample i, or +=, for each target x in turn and i below `length` and the target's end. The signals
+/// x[i] -= the sum's sample i for each target x in turn and i below `length` and the target's end. The signals
 /// of the sum are read before any target changes at i.
 void subtractFromEach(const SignalSum& sum, std::size_t length, std::span<const std::span<double>> targets) noexcept;
+/// The same with +=.
 void addToEach(const SignalSum& sum, std::size_t length, std::span<const std::span<double>> targets) noexcept;
 
 /// The same with one signal as it stands at each target's turn: where it is a target itself, the later ones get it as
 /// it has become.
 void subtractFromEach(std::span<const double> x, std::span<const std::span<double>> targets) noexcept;
+/// The same with +=.
 void addToEach(std::span<const double> x, std::span<const std::span<double>> targets) noexcept;
 
 } // namespace megset::numeric

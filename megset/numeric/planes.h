@@ -51,7 +51,9 @@ private:
     std::int64_t m_columns = 0;
 };
 
+/// A plane that is changed.
 using Plane = BasicPlane<double>;
+/// A plane that is read.
 using ConstPlane = BasicPlane<const double>;
 
 // Columns. Those that a plane doesn't have hold nothing.
@@ -106,14 +108,17 @@ struct RectangleStatistics
 /// Statistics of the values that the rectangle and the plane have in common; both sums begin with the first value.
 RectangleStatistics rectangleStatistics(ConstPlane plane, const PlaneRectangle& rectangle) noexcept;
 
+/// The sum over a rectangle, and of how many values it is.
 struct RectangleSum
 {
     double sum = 0.0;
     std::int64_t count = 0;
 };
 
+/// The sequential sum of the values that the rectangle and the plane have in common.
 RectangleSum rectangleSum(ConstPlane plane, const PlaneRectangle& rectangle) noexcept;
 
+/// Sets the values that the rectangle and the plane have in common.
 void fillRectangle(Plane plane, const PlaneRectangle& rectangle, double value) noexcept;
 
 /// What a profile keeps of each frequency.
@@ -142,6 +147,7 @@ struct RangeScan
     double divisor = 1.0;
 };
 
+/// The range of a plane, by a RangeScan.
 struct PlaneRange
 {
     double min = 0.0;

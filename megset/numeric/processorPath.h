@@ -5,6 +5,7 @@
 
 namespace megset::numeric {
 
+/// The versions of the multi-versioned loops, by the instructions that they may use.
 enum class ProcessorPath
 {
     Baseline,

@@ -12,12 +12,14 @@
 
 namespace megset::numeric {
 
+/// The range of a row.
 struct MinMax
 {
     double min = 0.0;
     double max = 0.0;
 };
 
+/// What one pass over a row gives.
 struct SampleStatistics
 {
     double min = 0.0;
@@ -26,6 +28,7 @@ struct SampleStatistics
     double sumOfSquares = 0.0;
 };
 
+/// What two passes over a row give.
 struct RowStatistics
 {
     double min = 0.0;
@@ -36,6 +39,7 @@ struct RowStatistics
     double sumOfSquaredDeviations = 0; ///< of (x - mean)^2
 };
 
+/// Samples one behind another.
 using Row = std::span<const double>;
 
 /// A start value of sums that changes no element: the sum of one sample is that sample, be it -0.0.

@@ -8,6 +8,7 @@
 
 namespace megset::numeric {
 
+/// The loops of one processor path.
 struct StatisticsLoops
 {
     static constexpr std::size_t mostRows = 4;

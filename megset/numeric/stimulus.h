@@ -51,6 +51,7 @@ private:
     std::size_t m_described = 0;
 };
 
+/// The range of a stimulus channel, and its sum.
 struct SampleRange
 {
     double min = 0.0;
@@ -62,21 +63,25 @@ struct SampleRange
 /// Minimum and maximum as `minMax` gives them, largest |x| as `maxAbsolute`, and the sum. Zeros for an empty row.
 /// Describes the blocks of x.
 SampleRange rangeOf(Row x, StimulusBlocks& blocks) noexcept;
+/// The same without blocks.
 SampleRange rangeOf(Row x) noexcept;
 
 /// The smallest |x|: begins at the first one and is replaced by `if (|v| < smallest)`. 0 for an empty row. Describes
 /// the blocks of |x|, as far as it had to read.
 double minAbsolute(Row x, StimulusBlocks& blocks) noexcept;
+/// The same without blocks.
 double minAbsolute(Row x) noexcept;
 
 /// The sum of |x[i]| / n, each divided before it is added; it begins at |x[0]| / n and then adds all of them. 0 for an
 /// empty row. Describes the blocks of |x|.
 double meanAbsolute(Row x, StimulusBlocks& blocks) noexcept;
+/// The same without blocks.
 double meanAbsolute(Row x) noexcept;
 
 /// x[i] = |x[i]| - level, or 0 where that is negative. Gives the range of the result. Takes the blocks of |x|, as far
 /// as they are described, and leaves those of the result.
 SampleRange absoluteAbove(std::span<double> x, double level, StimulusBlocks& blocks) noexcept;
+/// The same without blocks.
 SampleRange absoluteAbove(std::span<double> x, double level) noexcept;
 
 /// Samples begin to end - 1.

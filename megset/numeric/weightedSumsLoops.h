@@ -9,6 +9,7 @@
 
 namespace megset::numeric {
 
+/// The loops of one processor path.
 struct WeightedSumsLoops
 {
     /// How many sums the loop over several takes at once.

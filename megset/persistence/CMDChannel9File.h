@@ -7,6 +7,7 @@
 
 namespace megset {
 
+/// The channel's layer for its record in a trial's file, and for text files.
 class CMDChannel9File : public CMDChannel7ProcessX
 {
 public:

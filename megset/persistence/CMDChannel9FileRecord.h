@@ -6,6 +6,7 @@
 
 namespace megset {
 
+/// The channel's layer for its record in an acquisition, which has no results of analyses.
 class CMDChannel9FileRecord : public CMDChannel9File
 {
 public:

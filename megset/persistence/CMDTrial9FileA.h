@@ -7,6 +7,7 @@ namespace megset {
 
 class CDocument;
 
+/// The trial's layer for paths in library form, with backslashes, and for finding files.
 class CMDTrial9FileA : public CMDTrial8Show
 {
 public:

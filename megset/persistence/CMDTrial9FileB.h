@@ -10,6 +10,7 @@ namespace megset {
 class CMDChannelzk;
 struct FileDialogMemory;
 
+/// The trial's layer for its file: the newest version is written, all are read.
 class CMDTrial9FileB : public CMDTrial9FileA
 {
 public:

@@ -6,6 +6,7 @@
 
 namespace megset {
 
+/// The trial's layer for its file in an acquisition, which has no results of analyses.
 class CMDTrial9FileBRecord : public CMDTrial9FileB
 {
 public:

@@ -12,6 +12,8 @@
 
 namespace megset {
 
+/// The dataset's layer for its file, of which the newest version is written and all are read, and for text and exchange
+/// files.
 class CMEGData9FileB : public CMEGData9FileA02Neuromag
 {
 public:

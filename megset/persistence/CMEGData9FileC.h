@@ -6,6 +6,7 @@
 
 namespace megset {
 
+/// The dataset's layer for files of electrodes and of SEEG probes.
 class CMEGData9FileC : public CMEGData9FileB
 {
 public:

@@ -18,6 +18,7 @@ class LongTextWriter
 public:
     explicit LongTextWriter(CFile& file);
 
+    /// Appends to the text.
     void put(std::u16string_view text);
     /// The number as "%f " gives it.
     void putSample(double value);

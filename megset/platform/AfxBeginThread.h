@@ -29,6 +29,7 @@ private:
 
 /// Runs `work` on a thread of its own. Null when no thread can be had.
 [[nodiscard]] std::unique_ptr<CWinThread> AfxBeginThread(std::function<unsigned()> work);
+/// The same with an argument that is handed through.
 [[nodiscard]] std::unique_ptr<CWinThread> AfxBeginThread(unsigned (*work)(void*), void* argument);
 
 } // namespace megset

@@ -4,13 +4,13 @@
 
 namespace megset {
 
-inline constexpr unsigned MB_OK = 0;
-inline constexpr unsigned MB_YESNO = 4;
+inline constexpr unsigned MB_OK = 0;    ///< type of a message with one button
+inline constexpr unsigned MB_YESNO = 4; ///< type of a question
 
-inline constexpr int IDOK = 1;
-inline constexpr int IDCANCEL = 2;
-inline constexpr int IDYES = 6;
-inline constexpr int IDNO = 7;
+inline constexpr int IDOK = 1;     ///< answer to a message
+inline constexpr int IDCANCEL = 2; ///< answer when a dialog is left
+inline constexpr int IDYES = 6;    ///< answer to a question
+inline constexpr int IDNO = 7;     ///< answer to a question
 
 /// True when a message box of this type asks yes or no; icons and the like, in the higher bits, do not matter.
 constexpr bool isQuestion(unsigned type)

@@ -51,6 +51,7 @@ constexpr std::string_view archiveTypeName()
 class CArchive
 {
 public:
+    /// The direction of an archive.
     enum Mode : unsigned
     {
         store = 0,

@@ -27,6 +27,7 @@ public:
     CString m_strFileName; ///< library form; empty where the archive has no file or the kind names none
 };
 
+/// Raises a CArchiveException.
 [[noreturn]] void AfxThrowArchiveException(int cause, const CString& fileName = CString());
 
 } // namespace megset

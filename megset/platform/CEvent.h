@@ -14,6 +14,7 @@ public:
     {
     }
 
+    /// They set and unset it, and give 1.
     int SetEvent();
     int ResetEvent();
     /// Waits until the event is set.

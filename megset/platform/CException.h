@@ -33,6 +33,7 @@ public:
     CInvalidArgException() : CException("An argument is outside the allowed range.") {}
 };
 
+/// Raises a CInvalidArgException.
 [[noreturn]] void AfxThrowInvalidArgException();
 
 } // namespace megset

@@ -12,6 +12,7 @@ namespace megset {
 class CFile
 {
 public:
+    /// How a file is opened: access, sharing and creation, joined by `|`.
     enum OpenFlags : unsigned
     {
         modeRead = 0x0000,
@@ -26,6 +27,7 @@ public:
         modeNoTruncate = 0x2000, ///< with modeCreate: keeps the content of a file that is there
         typeBinary = 0x8000
     };
+    /// Where Seek counts from.
     enum SeekPosition : unsigned
     {
         begin = 0,

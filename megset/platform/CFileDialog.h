@@ -10,9 +10,9 @@ namespace megset {
 
 class CWnd;
 
-inline constexpr unsigned OFN_OVERWRITEPROMPT = 0x2;
-inline constexpr unsigned OFN_PATHMUSTEXIST = 0x800;
-inline constexpr unsigned OFN_FILEMUSTEXIST = 0x1000;
+inline constexpr unsigned OFN_OVERWRITEPROMPT = 0x2;  ///< asks before a file that exists is chosen to save to
+inline constexpr unsigned OFN_PATHMUSTEXIST = 0x800;  ///< takes a path in an existing folder only
+inline constexpr unsigned OFN_FILEMUSTEXIST = 0x1000; ///< takes an existing file only
 
 /// What one place in the program remembers of its file dialog while the process runs. It is meant for a static.
 struct FileDialogMemory

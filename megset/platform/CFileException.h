@@ -35,6 +35,7 @@ public:
     CString m_strFileName;
 };
 
+/// Raises a CFileException.
 [[noreturn]] void AfxThrowFileException(int cause, int osError = 0, const CString& fileName = CString());
 
 } // namespace megset

@@ -6,9 +6,9 @@
 
 namespace megset {
 
-inline constexpr int PS_SOLID = 0;
-inline constexpr int PS_DASH = 1;
-inline constexpr int PS_DOT = 2;
+inline constexpr int PS_SOLID = 0; ///< style of a line without gaps
+inline constexpr int PS_DASH = 1;  ///< style of a dashed line
+inline constexpr int PS_DOT = 2;   ///< style of a dotted line
 
 /// What lines are drawn with: a value to paint from, as CBrush is.
 class CPen

@@ -34,6 +34,7 @@ struct FileChoice
 /// Boxes to tick, under a title: what each says, and whether it is ticked at first.
 struct FlagRequest
 {
+    /// A box to tick.
     struct Flag
     {
         CString label;

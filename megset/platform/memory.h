@@ -88,6 +88,7 @@ struct SampleDelete
     void operator()(double* samples) const noexcept;
 };
 
+/// An owned array of samples.
 using SampleArray = std::unique_ptr<double[], SampleDelete>;
 
 /// Arrays of at least this many bytes come from the pool of sample memory.

@@ -23,6 +23,7 @@ enum class FileSharing
     none
 };
 
+/// How a file is opened.
 struct FileOpening
 {
     bool read = false;

@@ -3,6 +3,7 @@
 
 namespace megset {
 
+/// Whether a person sits at the other end.
 bool isTerminal(int descriptor);
 
 /// Columns of the terminal; 80 where that can't be told.

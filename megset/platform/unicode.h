@@ -23,16 +23,18 @@ std::u16string fileNameToUtf16(std::string_view bytes);
 /// becomes U+FFFD, so that no text of a file can smuggle in a slash or a zero.
 std::string utf16ToFileName(std::u16string_view text);
 
-/// Lower and upper case of one code unit, the same in any locale: ASCII, Latin-1, Latin Extended-A, Greek without
+/// Lower case of one code unit, the same in any locale: ASCII, Latin-1, Latin Extended-A, Greek without
 /// accents, Cyrillic of Russian and its neighbours. Every other unit stays.
 char16_t toLower(char16_t unit);
+/// Upper case, for the same letters.
 char16_t toUpper(char16_t unit);
 
-/// The two halves of a character outside the first plane.
+/// Whether it is the first half of a character outside the first plane.
 constexpr bool isHighSurrogate(char16_t unit)
 {
     return unit >= 0xD800U && unit <= 0xDBFFU;
 }
+/// Whether it is the second half of one.
 constexpr bool isLowSurrogate(char16_t unit)
 {
     return unit >= 0xDC00U && unit <= 0xDFFFU;

@@ -29,6 +29,7 @@ struct RemovedSamples
     bool any = false;
     std::int64_t beforeTrigger = 0; ///< of ranges that begin before sample `last`, up to and with it
 };
+/// The count for all ranges of the marker.
 RemovedSamples countRemoved(const CMarkerData& marker, std::int64_t total, std::int64_t last);
 
 /// Whether the sampling rate is above that of the marker's ranges. One that is below is not noticed, and is meant so.

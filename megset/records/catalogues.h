@@ -39,6 +39,7 @@ struct MEG_STD_POS
 
 // One row per line.
 // clang-format off
+/// The electrodes of the 10-20 system.
 inline constexpr std::array<EEG_STD_POS, 21> g_aEegStd21 = std::to_array<EEG_STD_POS>({
     {"FP1", 30.0, 70.84885, -104.70795, 2, 302},
     {"FP2", -30.0, 71.47003, -105.19913, 2, 302},
@@ -124,6 +125,7 @@ inline constexpr std::array<MEG_STD_POS, 21> g_aMegStd21 = std::to_array<MEG_STD
     {"MGR0", -90.92224, 0.8736, -33.5347, -1.0, 0.0, 0.0, 10},
 });
 
+/// 32 MEG sensors with position and direction.
 inline constexpr std::array<MEG_STD_POS, 32> g_aMegStd32 = std::to_array<MEG_STD_POS>({
     {"MLFP1", 30.0, 70.84885, -104.70795, 0.301, -0.068, -0.948, 100},
     {"MRFP2", -30.0, 71.47003, -105.19913, -0.7185896, -0.135465, -0.682112, 100},
@@ -190,23 +192,29 @@ consteval std::array<EEG_STD_POS, N> rowsOfEegStd21(const std::u16string_view (&
 
 } // namespace detail
 
+/// Rows of g_aEegStd21 for ten electrodes.
 inline constexpr std::array<EEG_STD_POS, 10> g_aEegStd10 =
     detail::rowsOfEegStd21({u"FP1", u"FP2", u"C3", u"C4", u"P3", u"P4", u"O1", u"O2", u"A1", u"A2"});
 
+/// Rows of g_aEegStd21 for 18 electrodes.
 inline constexpr std::array<EEG_STD_POS, 18> g_aEegStd18 =
     detail::rowsOfEegStd21({u"FP1", u"FP2", u"F3", u"F4", u"F7", u"F8", u"T3", u"T4", u"T5", u"T6", u"C3", u"C4", u"P3",
                             u"P4", u"O1", u"O2", u"A1", u"A2"});
 
+/// All rows of g_aEegStd21 in another order.
 inline constexpr std::array<EEG_STD_POS, 21> g_aEegStd21b =
     detail::rowsOfEegStd21({u"FP1", u"FP2", u"F3", u"F4", u"F7", u"F8", u"T3", u"T4", u"T5", u"T6", u"C3",
                             u"C4",  u"P3",  u"P4", u"O1", u"O2", u"FZ", u"CZ", u"PZ", u"A1", u"A2"});
 
+/// Kinds of signal.
 inline constexpr std::array<std::string_view, 7> g_aSignalKind = {"EEG", "EKG", "EMG", "MEG", "MKG", "MMG", "FMEG"};
 
+/// Families of acquisition devices.
 inline constexpr std::array<std::string_view, 7> g_aDeviceFamily = {"Virtual MEG/EEG", "OpenBci EEGc",   "OpenBci EEGw",
                                                                     "QuSpin OPMs",     "NI9205cDAQ9171", "Velmar OPMs",
                                                                     "Not Implemented"};
 
+/// Acquisition devices.
 inline constexpr std::array<std::string_view, 15> g_aDeviceModel = {"OPM21 vMEG",
                                                                     "Wireless21 vEEG",
                                                                     "OpenBci8c Cyton EEG",

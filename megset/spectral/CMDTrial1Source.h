@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial's layer for source images.
 class CMDTrial1Source : public CMDTrial0SensorInfo
 {
 public:

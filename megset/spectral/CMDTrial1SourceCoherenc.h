@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial's layer for source-coherence images.
 class CMDTrial1SourceCoherenc : public CMDTrial1Source
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial's layer for results of wave analyses.
 class CMDTrial6Analysis : public CMDTrial4SpctmProcess
 {
 public:

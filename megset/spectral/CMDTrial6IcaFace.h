@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial's layer for independent components.
 class CMDTrial6IcaFace : public CMDTrial6Analysis
 {
 public:

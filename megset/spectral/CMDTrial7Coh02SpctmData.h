@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The trial's layer for cross-spectra.
 class CMDTrial7Coh02SpctmData : public CMDTrial7Coh01TimeData
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// The dataset's layer for virtual sensors.
 class CMEGData5VirtualSns : public CMEGData4SpctmProcess
 {
 public:

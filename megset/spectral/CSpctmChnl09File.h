@@ -7,6 +7,7 @@
 
 namespace megset {
 
+/// The file layer of a channel's spectrum.
 class CSpctmChnl09File : public CSpctmChnl03Process
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// A channel's spectrum of one class, planes of T x F values, with arithmetic; this is the class that is made.
 class CSpctmChnlzk : public CSpctmChnl09File
 {
 public:

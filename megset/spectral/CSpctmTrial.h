@@ -39,6 +39,7 @@ public:
     /// one factor above m_dFreqBegin: it is meant so.
     double getSpctmFreq4FreqIndex(std::int64_t i) const;
 
+    /// They store what they are given, unchecked, and give 1. Frequencies are in hertz, the time step in samples.
     int setSpctmResultType(int nType);
     int setSpctmTimePtFreqPt(std::int64_t nTimePt, std::int64_t nFreqPt, std::int64_t nTimeStep);
     int setTrialFreqRange4Spctm(double dLow, double dHigh);
@@ -55,13 +56,16 @@ public:
 
     /// Gives the data type's sum channel its planes. 1 for other data types.
     int _checkInitTrlSpctmData(int nDataType, std::int64_t nTimePt, std::int64_t nFreqPt);
+    /// _cleanSpctmGlobeRange. Gives 1.
     int _cleanAll();
     /// Deletes minimum, mean and maximum plane of the sum channels, and nothing else.
     int _cleanSpctmGlobeRange();
+    /// Does nothing and gives 1.
     int _cleanSpctmFreqPeaks();
 
     // Selection
 
+    /// Begin and end on one axis. The setters bring an index into its axis, leave a bound as it is for -1, and give 1.
     int setTrialSpctmSelectTime(std::int64_t nBegin, std::int64_t nEnd);
     int setTrialSpctmSelectFreq(std::int64_t nBegin, std::int64_t nEnd);
     /// The begin of both axes.
@@ -77,6 +81,7 @@ public:
     std::int64_t getTrialSpctmSelectFreq(std::int64_t& nBegin, std::int64_t& nEnd);
     /// The frequencies of begin and end of the selection: 2; when both are the same, of it and the next: 1.
     int getTrialSpctmSelectFreqHz(double& dLow, double& dHigh) const;
+    /// The same of two given frequency points.
     int getTrialSpctmGivenFreqID4Hz(std::int64_t iA, std::int64_t iB, double& dLow, double& dHigh) const;
 
     // Fields, in the order in which the chain declares them. Those named Param and Rix are carried for applications.

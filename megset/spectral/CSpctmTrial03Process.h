@@ -6,6 +6,7 @@
 
 namespace megset {
 
+/// The axes of a trial's spectrum read backwards: from Hz to points, from points to samples.
 class CSpctmTrial03Process : public CSpctmTrial
 {
 public:

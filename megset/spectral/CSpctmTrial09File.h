@@ -7,6 +7,7 @@
 
 namespace megset {
 
+/// The file layer of what the channels of a trial share for one class.
 class CSpctmTrial09File : public CSpctmTrial03Process
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// What the channels of a trial share for one class: axes, selection, sum channels. This is the class that is made.
 class CSpctmTrialzk : public CSpctmTrial09File
 {
 };

@@ -7,6 +7,7 @@
 
 namespace megset {
 
+/// The file layer of a sum channel.
 class CSumChnlSpctmData09File : public CSumChnlSpctmData
 {
 public:

@@ -5,6 +5,7 @@
 
 namespace megset {
 
+/// A sum channel, planes of T x F statistics over the channels of a trial; this is the class that is made.
 class CSumChnlSpctmDatazk : public CSumChnlSpctmData09File
 {
 };

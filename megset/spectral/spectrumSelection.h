@@ -33,6 +33,7 @@ CString readText(numeric::ConstPlane plane, const numeric::PlaneRectangle& recta
 /// The sum plane that a source selector stands for: 1 mean, 2 minimum, 3 maximum, 4 positive, 5 negative, 6 root mean
 /// square. The plane may be absent; null for other selectors.
 SampleArray* sumPlane(CSumChnlSpctmData& sums, int nPhyVirt);
+/// The largest selector of sumPlane.
 inline constexpr int lastSumPlane = 6;
 
 } // namespace megset

@@ -12,6 +12,7 @@ namespace megset {
 
 class CMEGDatazk;
 
+/// The list of the contacts of a dataset's current probe, a row of texts for each.
 class CListSeegContactzk
 {
 public:

@@ -27,6 +27,7 @@ public:
     std::int64_t m_nContourWord = 0; // carried for the application; no file holds it, and loading leaves it
 };
 
+/// The file layer of the extents of a trial's sensors.
 class CContourMap2DInfo09File : public CContourMap2DInfo
 {
 public:
@@ -41,6 +42,7 @@ private:
     static const FormatVersion<CContourMap2DInfo09File> s_versions[];
 };
 
+/// Extents of a trial's sensors; this is the class that is made.
 class CContourMap2DInfozk : public CContourMap2DInfo09File
 {
 };

@@ -50,6 +50,7 @@ private:
     double fromMiddle(double value) const;
 };
 
+/// The file layer of a colour map.
 class CM3DIndex2Color09File : public CM3DIndex2Color
 {
 public:
@@ -63,6 +64,7 @@ private:
     static const FormatVersion<CM3DIndex2Color09File> s_versions[];
 };
 
+/// A colour map; this is the class that is made.
 class CM3DIndex2Colorzk : public CM3DIndex2Color09File
 {
 };

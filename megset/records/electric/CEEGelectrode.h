@@ -54,6 +54,7 @@ private:
     int findIn(const Table& table);
 };
 
+/// The file layer of an electrode.
 class CEEGelectrode09File : public CEEGelectrode
 {
 public:
@@ -66,6 +67,7 @@ private:
     static const FormatVersion<CEEGelectrode09File> s_versions[];
 };
 
+/// An electrode; this is the class that is made.
 class CEEGelectrodezk : public CEEGelectrode09File
 {
 };

@@ -17,6 +17,7 @@ public:
     CString m_strSnsTypeName;
 };
 
+/// The file layer of a miscellaneous input.
 class CMisceSnsr09File : public CMisceSnsr
 {
 public:
@@ -29,6 +30,7 @@ private:
     static const FormatVersion<CMisceSnsr09File> s_versions[];
 };
 
+/// A miscellaneous input; this is the class that is made.
 class CMisceSnsrzk : public CMisceSnsr09File
 {
 };
@@ -45,6 +47,7 @@ public:
     CString m_strAccelTypeName;
 };
 
+/// The file layer of an axis of an accelerometer.
 class CSensorAccelerator09File : public CSensorAccelerator
 {
 public:
@@ -57,6 +60,7 @@ private:
     static const FormatVersion<CSensorAccelerator09File> s_versions[];
 };
 
+/// An axis of an accelerometer; this is the class that is made.
 class CSensorAcceleratorzk : public CSensorAccelerator09File
 {
 };
@@ -72,6 +76,7 @@ public:
     CString m_strAnalogUnit;
 };
 
+/// The file layer of an analogue input.
 class CSensorAnalog09File : public CSensorAnalog
 {
 public:
@@ -84,6 +89,7 @@ private:
     static const FormatVersion<CSensorAnalog09File> s_versions[];
 };
 
+/// An analogue input; this is the class that is made.
 class CSensorAnalogzk : public CSensorAnalog09File
 {
 };

@@ -30,6 +30,7 @@ public:
     std::vector<double> m_aTrigLevel; // thresholds in units of the channel
 };
 
+/// The file layer of a trigger input.
 class CStimTrig09File : public CStimTrig
 {
 public:
@@ -42,6 +43,7 @@ private:
     static const FormatVersion<CStimTrig09File> s_versions[];
 };
 
+/// A trigger input; this is the class that is made.
 class CStimTrigzk : public CStimTrig09File
 {
 };

@@ -27,6 +27,7 @@ public:
     int m_nFidShow = 1;
 };
 
+/// The file layer of a landmark.
 class CFiduciaryPt9File : public CFiduciaryPt
 {
 public:
@@ -39,6 +40,7 @@ private:
     static const FormatVersion<CFiduciaryPt9File> s_versions[];
 };
 
+/// A landmark; this is the class that is made.
 class CFiduciaryPtzk : public CFiduciaryPt9File
 {
 };
@@ -47,6 +49,7 @@ class CFiduciaryPtzk : public CFiduciaryPt9File
 class CFiducial
 {
 public:
+    /// The landmarks by number.
     enum Point : int
     {
         nasion,
@@ -80,6 +83,7 @@ private:
     static CString standardName(int point);
 };
 
+/// The file layer of a set of landmarks.
 class CFiducial9File : public CFiducial
 {
 public:
@@ -92,6 +96,7 @@ private:
     static const FormatVersion<CFiducial9File> s_versions[];
 };
 
+/// A set of landmarks; this is the class that is made.
 class CFiducialzk : public CFiducial9File
 {
 };

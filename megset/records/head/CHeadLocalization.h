@@ -39,6 +39,7 @@ public:
     std::array<double, 16> m_dHead2Dewar{}; // its inverse
 };
 
+/// The file layer of a head's place.
 class CHeadLocalization09File : public CHeadLocalization
 {
 public:
@@ -51,6 +52,7 @@ private:
     static const FormatVersion<CHeadLocalization09File> s_versions[];
 };
 
+/// A head's place; this is the class that is made.
 class CHeadLocalizationzk : public CHeadLocalization09File
 {
 };

@@ -21,6 +21,7 @@ public:
     CString m_strSphereName;
 };
 
+/// The file layer of a sphere.
 class CSphere09File : public CSphere
 {
 public:
@@ -33,6 +34,7 @@ private:
     static const FormatVersion<CSphere09File> s_versions[];
 };
 
+/// A sphere; this is the class that is made.
 class CSpherezk : public CSphere09File
 {
 };

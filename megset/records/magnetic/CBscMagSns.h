@@ -59,6 +59,7 @@ protected:
     int exchangeCoil(CArchive& ar);
 };
 
+/// The file layer of a coil.
 class CBscMagSns09File : public CBscMagSns
 {
 public:
@@ -71,6 +72,7 @@ private:
     static const FormatVersion<CBscMagSns09File> s_versions[];
 };
 
+/// A coil; this is the class that is made.
 class CBscMagSnszk : public CBscMagSns09File
 {
 };
@@ -92,6 +94,7 @@ public:
     int m_nVaporPoints = 0;                             // rows of m_dVaporMatrix in use, 0 to 18
 };
 
+/// The file layer of a vapour cell.
 class CMagVapor09File : public CMagVapor
 {
 public:
@@ -104,6 +107,7 @@ private:
     static const FormatVersion<CMagVapor09File> s_versions[];
 };
 
+/// A vapour cell; this is the class that is made.
 class CMagVaporzk : public CMagVapor09File
 {
 };

@@ -98,6 +98,7 @@ private:
     int setCoils2work(int nFrame);
 };
 
+/// The file layer of a MEG sensor.
 class CMEGSensor09File : public CMEGSensor
 {
 public:
@@ -110,6 +111,7 @@ private:
     static const FormatVersion<CMEGSensor09File> s_versions[];
 };
 
+/// A MEG sensor; this is the class that is made.
 class CMEGSensorzk : public CMEGSensor09File
 {
 };

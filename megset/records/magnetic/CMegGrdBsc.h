@@ -44,6 +44,7 @@ public:
     std::vector<CMagCoilzk> m_aCoils; // up to 8 by the operations
 };
 
+/// The file layer of a sensor of superconducting coils.
 class CMegSquid09File : public CMegSquid
 {
 public:
@@ -56,6 +57,7 @@ private:
     static const FormatVersion<CMegSquid09File> s_versions[];
 };
 
+/// A sensor of superconducting coils; this is the class that is made.
 class CMegSquidzk : public CMegSquid09File
 {
 };
@@ -69,6 +71,7 @@ public:
     std::vector<CMagVaporzk> m_aCells;
 };
 
+/// The file layer of a sensor of vapour cells.
 class CMegOpm09File : public CMegOpm
 {
 public:
@@ -81,6 +84,7 @@ private:
     static const FormatVersion<CMegOpm09File> s_versions[];
 };
 
+/// A sensor of vapour cells; this is the class that is made.
 class CMegOpmzk : public CMegOpm09File
 {
 };

@@ -93,6 +93,7 @@ public:
     CTypedPtrArray<MarkTrigClass> m_aMarkPtsBk; // at the recorded rate
 };
 
+/// The file layer of a marker.
 class CMarkerData09File : public CMarkerData
 {
 public:
@@ -105,6 +106,7 @@ private:
     static const FormatVersion<CMarkerData09File> s_versions[];
 };
 
+/// A marker; this is the class that is made.
 class CMarkerDatazk : public CMarkerData09File
 {
 };

@@ -69,6 +69,7 @@ public:
     CTypedPtrArray<CMarkerDatazk> m_aMarkers;
 };
 
+/// The file layer of a list of markers.
 class CMarkerManager09File : public CMarkerManager
 {
 public:
@@ -81,6 +82,7 @@ private:
     static const FormatVersion<CMarkerManager09File> s_versions[];
 };
 
+/// A list of markers; this is the class that is made.
 class CMarkerManagerzk : public CMarkerManager09File
 {
 };

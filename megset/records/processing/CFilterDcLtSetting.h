@@ -33,6 +33,7 @@ public:
     std::int64_t m_nDcLtEnd = 0;   // last sample
 };
 
+/// The file layer of the filter settings.
 class CFilterDcLtSetting09File : public CFilterDcLtSetting
 {
 public:
@@ -45,6 +46,7 @@ private:
     static const FormatVersion<CFilterDcLtSetting09File> s_versions[];
 };
 
+/// The filter settings; this is the class that is made.
 class CFilterDcLtSettingzk : public CFilterDcLtSetting09File
 {
 };

@@ -20,6 +20,7 @@ public:
     std::int64_t m_nMtgChnlWord = 0; // carried for the application
 };
 
+/// The file layer of a channel of a montage.
 class CMtgChnlIdName09File : public CMtgChnlIdName
 {
 public:
@@ -32,6 +33,7 @@ private:
     static const FormatVersion<CMtgChnlIdName09File> s_versions[];
 };
 
+/// A channel of a montage; this is the class that is made.
 class CMtgChnlIdNamezk : public CMtgChnlIdName09File
 {
 };
@@ -47,6 +49,7 @@ public:
     double m_dMtgWeight = 1.0;
 };
 
+/// The file layer of a weighted reference channel.
 class CMtgChnlOperator09File : public CMtgChnlOperator
 {
 public:
@@ -59,6 +62,7 @@ private:
     static const FormatVersion<CMtgChnlOperator09File> s_versions[];
 };
 
+/// A weighted reference channel; this is the class that is made.
 class CMtgChnlOperatorzk : public CMtgChnlOperator09File
 {
 };
@@ -76,6 +80,7 @@ public:
     int m_bMtgBackupToo = 0;    // the reversal treats the backup samples, too
 };
 
+/// The file layer of a common-reference montage.
 class CMtgUnit4CommonRef09File : public CMtgUnit4CommonRef
 {
 public:
@@ -88,6 +93,7 @@ private:
     static const FormatVersion<CMtgUnit4CommonRef09File> s_versions[];
 };
 
+/// A common-reference montage; this is the class that is made.
 class CMtgUnit4CommonRefzk : public CMtgUnit4CommonRef09File
 {
 };
@@ -104,6 +110,7 @@ public:
     double m_dMtgRefDivisor = 0.0; // divides when above 0
 };
 
+/// The file layer of a target with its references.
 class CMtgUnit4IndividualRef09File : public CMtgUnit4IndividualRef
 {
 public:
@@ -116,6 +123,7 @@ private:
     static const FormatVersion<CMtgUnit4IndividualRef09File> s_versions[];
 };
 
+/// A target with its references; this is the class that is made.
 class CMtgUnit4IndividualRefzk : public CMtgUnit4IndividualRef09File
 {
 };

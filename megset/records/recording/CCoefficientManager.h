@@ -37,6 +37,7 @@ public:
     std::array<double, maxReferences> m_aCoefValue = {}; ///< coefficients, index for index with the names
 };
 
+/// A sensor's coefficients with their file record; this is the class that is made.
 class CCoefficientDatazk : public CCoefficientData
 {
 public:

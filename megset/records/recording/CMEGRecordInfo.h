@@ -126,6 +126,7 @@ private:
     static const FormatVersion<CMEGRecordInfo09File> s_versions[1];
 };
 
+/// The base information; this is the class that is made where no coefficients are wanted.
 class CMEGRecordInfozk : public CMEGRecordInfo09File
 {
 public:

@@ -8,6 +8,7 @@
 
 namespace megset {
 
+/// The base information with the sensor coefficients.
 class CMEGRecordInfozkPro : public CMEGRecordInfozk
 {
 public:

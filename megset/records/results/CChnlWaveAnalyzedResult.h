@@ -26,6 +26,7 @@ public:
     std::vector<double> m_aValue;  ///< in the unit of the analysis
 };
 
+/// The file layer of the result of one wave analysis of a channel.
 class CWadX09File : public CWadX
 {
 public:
@@ -40,6 +41,7 @@ private:
     static const FormatVersion<CWadX09File> s_versions[1];
 };
 
+/// The result of one wave analysis of a channel; this is the class that is made.
 class CWadXzk : public CWadX09File
 {
 public:
@@ -64,6 +66,7 @@ public:
     CTypedPtrArray<CWadXzk> m_aWad;
 };
 
+/// The file layer of a channel's wave results.
 class CChnlWaveAnalyzedResult09File : public CChnlWaveAnalyzedResult
 {
 public:
@@ -78,6 +81,7 @@ private:
     static const FormatVersion<CChnlWaveAnalyzedResult09File> s_versions[1];
 };
 
+/// A channel's wave results; this is the class that is made.
 class CChnlWaveAnalyzedResultzk : public CChnlWaveAnalyzedResult09File
 {
 public:
@@ -120,6 +124,7 @@ public:
     std::vector<WaveResultSummary> m_aSummary;
 };
 
+/// The file layer of a trial's wave results.
 class CTrlWaveAnalyzedResult09File : public CTrlWaveAnalyzedResult
 {
 public:
@@ -134,6 +139,7 @@ private:
     static const FormatVersion<CTrlWaveAnalyzedResult09File> s_versions[1];
 };
 
+/// A trial's wave results; this is the class that is made.
 class CTrlWaveAnalyzedResultzk : public CTrlWaveAnalyzedResult09File
 {
 public:
@@ -174,6 +180,7 @@ public:
     std::vector<WaveAnalysis> m_aAnalysis;
 };
 
+/// The file layer of a dataset's wave analyses.
 class CFaceWaveAnalyzedResult09File : public CFaceWaveAnalyzedResult
 {
 public:
@@ -188,6 +195,7 @@ private:
     static const FormatVersion<CFaceWaveAnalyzedResult09File> s_versions[1];
 };
 
+/// A dataset's wave analyses; this is the class that is made.
 class CFaceWaveAnalyzedResultzk : public CFaceWaveAnalyzedResult09File
 {
 public:

@@ -40,6 +40,7 @@ protected:
     bool isConsistent() const;
 };
 
+/// The file layer of independent components.
 class CFaceIca09File : public CFaceIca
 {
 public:
@@ -54,6 +55,7 @@ private:
     static const FormatVersion<CFaceIca09File> s_versions[1];
 };
 
+/// Independent components; this is the class that is made.
 class CFaceIcazk : public CFaceIca09File
 {
 public:

@@ -29,6 +29,7 @@ public:
     std::array<std::vector<double>, 4> m_aPlane; ///< by data type, [time][frequency], or empty
 };
 
+/// The file layer of the spectrum of a virtual channel.
 class CVirtChnlSpctm9File : public CVirtChnlSpctm
 {
 public:
@@ -43,6 +44,7 @@ private:
     static const FormatVersion<CVirtChnlSpctm9File> s_versions[1];
 };
 
+/// The spectrum of a virtual channel; this is the class that is made.
 class CVirtChnlSpctmzk : public CVirtChnlSpctm9File
 {
 public:
@@ -69,6 +71,7 @@ protected:
     bool fits(const CVirtChnlSpctm& spctm) const;
 };
 
+/// The file layer of the spectra of a trial's virtual channels.
 class CFaceVirtChnlSpctm9File : public CFaceVirtChnlSpctm
 {
 public:
@@ -83,6 +86,7 @@ private:
     static const FormatVersion<CFaceVirtChnlSpctm9File> s_versions[1];
 };
 
+/// The spectra of a trial's virtual channels; this is the class that is made.
 class CFaceVirtChnlSpctmzk : public CFaceVirtChnlSpctm9File
 {
 public:

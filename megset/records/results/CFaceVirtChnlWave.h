@@ -30,6 +30,7 @@ public:
     std::vector<double> m_aWave;             ///< samples
 };
 
+/// The file layer of a virtual channel.
 class CVirtChnlWave9File : public CVirtChnlWave
 {
 public:
@@ -44,6 +45,7 @@ private:
     static const FormatVersion<CVirtChnlWave9File> s_versions[1];
 };
 
+/// A virtual channel; this is the class that is made.
 class CVirtChnlWavezk : public CVirtChnlWave9File
 {
 public:
@@ -87,6 +89,7 @@ public:
     bool operator==(const CFaceVirtChnlWave3Draw&) const = default;
 };
 
+/// The file layer of the virtual channels of an analysis.
 class CFaceVirtChnlWave9File : public CFaceVirtChnlWave3Draw
 {
 public:
@@ -101,6 +104,7 @@ private:
     static const FormatVersion<CFaceVirtChnlWave9File> s_versions[1];
 };
 
+/// The virtual channels of an analysis; this is the class that is made.
 class CFaceVirtChnlWavezk : public CFaceVirtChnlWave9File
 {
 public:
@@ -125,6 +129,7 @@ public:
     CTypedPtrArray<CFaceVirtChnlWavezk> m_aFace;
 };
 
+/// The file layer of a trial's wave faces.
 class CPkgFaceVirtChnlWave09File : public CPkgFaceVirtChnlWave
 {
 public:
@@ -139,6 +144,7 @@ private:
     static const FormatVersion<CPkgFaceVirtChnlWave09File> s_versions[1];
 };
 
+/// A trial's wave faces; this is the class that is made.
 class CPkgFaceVirtChnlWavezk : public CPkgFaceVirtChnlWave09File
 {
 public:

@@ -39,6 +39,7 @@ private:
     std::int64_t indexOf(std::int64_t ix, std::int64_t iy, std::int64_t iz, std::int64_t iFreq) const;
 };
 
+/// The file layer of a source-coherence image.
 class CVolumSourcCoherencImag09File : public CVolumSourcCoherencImag
 {
 public:
@@ -53,6 +54,7 @@ private:
     static const FormatVersion<CVolumSourcCoherencImag09File> s_versions[1];
 };
 
+/// A source-coherence image; this is the class that is made.
 class CVolumSourcCoherencImagzk : public CVolumSourcCoherencImag09File
 {
 public:
@@ -66,6 +68,7 @@ public:
     bool operator==(const CFaceVolumSourceCoherenceImage&) const = default;
 };
 
+/// The file layer of a trial's source-coherence images.
 class CFaceVolumSourceCoherenceImage09File : public CFaceVolumSourceCoherenceImage
 {
 public:
@@ -80,6 +83,7 @@ private:
     static const FormatVersion<CFaceVolumSourceCoherenceImage09File> s_versions[1];
 };
 
+/// A trial's source-coherence images; this is the class that is made.
 class CFaceVolumSourceCoherenceImagezk : public CFaceVolumSourceCoherenceImage09File
 {
 public:

@@ -42,6 +42,7 @@ private:
     std::int64_t indexOf(std::int64_t ix, std::int64_t iy, std::int64_t iz, std::int64_t iFrame) const;
 };
 
+/// The file layer of a source image.
 class CVolumSourcImag09File : public CVolumSourcImag
 {
 public:
@@ -56,6 +57,7 @@ private:
     static const FormatVersion<CVolumSourcImag09File> s_versions[1];
 };
 
+/// A source image; this is the class that is made.
 class CVolumSourcImagzk : public CVolumSourcImag09File
 {
 public:
@@ -69,6 +71,7 @@ public:
     bool operator==(const CFaceVolumSourceImage&) const = default;
 };
 
+/// The file layer of a trial's source images.
 class CFaceVolumSourceImage09File : public CFaceVolumSourceImage
 {
 public:
@@ -83,6 +86,7 @@ private:
     static const FormatVersion<CFaceVolumSourceImage09File> s_versions[1];
 };
 
+/// A trial's source images; this is the class that is made.
 class CFaceVolumSourceImagezk : public CFaceVolumSourceImage09File
 {
 public:

@@ -34,6 +34,7 @@ protected:
     bool isConsistent() const;
 };
 
+/// The file layer of a channel's frequency data.
 class CFreqDataChnl09File : public CFreqDataChnl
 {
 public:
@@ -48,6 +49,7 @@ private:
     static const FormatVersion<CFreqDataChnl09File> s_versions[1];
 };
 
+/// A channel's frequency data; this is the class that is made.
 class CFreqDataChnlzk : public CFreqDataChnl09File
 {
 public:
@@ -86,6 +88,7 @@ protected:
     bool isConsistent() const;
 };
 
+/// The file layer of frequency data reduced over channels.
 class CSumChnlFreqData09File : public CSumChnlFreqData
 {
 public:
@@ -100,6 +103,7 @@ private:
     static const FormatVersion<CSumChnlFreqData09File> s_versions[1];
 };
 
+/// Frequency data reduced over channels; this is the class that is made.
 class CSumChnlFreqDatazk : public CSumChnlFreqData09File
 {
 public:
@@ -125,6 +129,7 @@ public:
     std::array<CSumChnlFreqDatazk, 4> m_aSum; ///< by data type
 };
 
+/// The file layer of a trial's frequency data.
 class CFreqDataTrial09File : public CFreqDataTrial
 {
 public:
@@ -139,6 +144,7 @@ private:
     static const FormatVersion<CFreqDataTrial09File> s_versions[1];
 };
 
+/// A trial's frequency data; this is the class that is made.
 class CFreqDataTrialzk : public CFreqDataTrial09File
 {
 public:
@@ -160,6 +166,7 @@ public:
     double m_dShowMax = 0;
 };
 
+/// The file layer of what a dataset shows of its frequency data.
 class CFreqDatasetFace09File : public CFreqDatasetFace
 {
 public:
@@ -174,6 +181,7 @@ private:
     static const FormatVersion<CFreqDatasetFace09File> s_versions[1];
 };
 
+/// What a dataset shows of its frequency data; this is the class that is made.
 class CFreqDatasetFacezk : public CFreqDatasetFace09File
 {
 public:

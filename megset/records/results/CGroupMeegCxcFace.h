@@ -40,6 +40,7 @@ private:
     std::int64_t indexOf(std::int64_t a, std::int64_t b, std::int64_t iLag) const;
 };
 
+/// The file layer of the cross-correlation of two groups of channels.
 class CGroupMeegCxcFace09File : public CGroupMeegCxcFace
 {
 public:
@@ -54,6 +55,7 @@ private:
     static const FormatVersion<CGroupMeegCxcFace09File> s_versions[1];
 };
 
+/// The cross-correlation of two groups of channels; this is the class that is made.
 class CGroupMeegCxcFacezk : public CGroupMeegCxcFace09File
 {
 public:

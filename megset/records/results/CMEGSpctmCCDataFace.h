@@ -38,6 +38,7 @@ private:
     std::int64_t indexOf(std::int64_t a, std::int64_t b, std::int64_t iTime, std::int64_t iFreq) const;
 };
 
+/// The file layer of the cross-spectra of one class.
 class CMEGSpctmCCTrlData09File : public CMEGSpctmCCTrlData
 {
 public:
@@ -52,6 +53,7 @@ private:
     static const FormatVersion<CMEGSpctmCCTrlData09File> s_versions[1];
 };
 
+/// The cross-spectra of one class; this is the class that is made.
 class CMEGSpctmCCTrlDatazk : public CMEGSpctmCCTrlData09File
 {
 public:
@@ -73,6 +75,7 @@ public:
     std::array<std::optional<CMEGSpctmCCTrlDatazk>, 3> m_aTrlData; ///< by class
 };
 
+/// Time points of a trial's cross-spectra as samples of the trial.
 class CMEGSpctmCCDataFace04Prcs : public CMEGSpctmCCDataFace
 {
 public:
@@ -83,6 +86,7 @@ public:
     bool operator==(const CMEGSpctmCCDataFace04Prcs&) const = default;
 };
 
+/// The file layer of a trial's cross-spectra.
 class CMEGSpctmCCDataFace09File : public CMEGSpctmCCDataFace04Prcs
 {
 public:
@@ -97,6 +101,7 @@ private:
     static const FormatVersion<CMEGSpctmCCDataFace09File> s_versions[1];
 };
 
+/// A trial's cross-spectra; this is the class that is made.
 class CMEGSpctmCCDataFacezk : public CMEGSpctmCCDataFace09File
 {
 public:

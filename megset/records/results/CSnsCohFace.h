@@ -17,6 +17,7 @@ public:
     CString m_strDataName;
 };
 
+/// The file layer of an analysis of sensor coherence.
 class CSnsCohData09File : public CSnsCohData
 {
 public:
@@ -31,6 +32,7 @@ private:
     static const FormatVersion<CSnsCohData09File> s_versions[1];
 };
 
+/// An analysis of sensor coherence; this is the class that is made.
 class CSnsCohDatazk : public CSnsCohData09File
 {
 public:
@@ -53,6 +55,7 @@ public:
     CTypedPtrArray<CSnsCohDatazk> m_aCohData;
 };
 
+/// The file layer of a trial's sensor coherence.
 class CSnsCohFace09File : public CSnsCohFace
 {
 public:
@@ -67,6 +70,7 @@ private:
     static const FormatVersion<CSnsCohFace09File> s_versions[1];
 };
 
+/// A trial's sensor coherence; this is the class that is made.
 class CSnsCohFacezk : public CSnsCohFace09File
 {
 public:

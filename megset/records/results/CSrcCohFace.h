@@ -34,6 +34,7 @@ public:
     std::vector<CohSource> m_aSource;
 };
 
+/// The file layer of a trial's source coherence.
 class CSrcCohFace9File : public CSrcCohFace
 {
 public:
@@ -48,6 +49,7 @@ private:
     static const FormatVersion<CSrcCohFace9File> s_versions[1];
 };
 
+/// A trial's source coherence; this is the class that is made.
 class CSrcCohFacezk : public CSrcCohFace9File
 {
 public:

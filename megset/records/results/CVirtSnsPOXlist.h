@@ -41,6 +41,7 @@ public:
     std::vector<VirtSnsPOX> m_aVirtSns;
 };
 
+/// The file layer of a list of virtual sensors.
 class CVirtSnsPOXlist09File : public CVirtSnsPOXlist
 {
 public:
@@ -55,6 +56,7 @@ private:
     static const FormatVersion<CVirtSnsPOXlist09File> s_versions[1];
 };
 
+/// A list of virtual sensors; this is the class that is made.
 class CVirtSnsPOXlistzk : public CVirtSnsPOXlist09File
 {
 public:

@@ -59,6 +59,7 @@ bool hasShapeOrIsEmpty(const std::vector<T>& values, std::initializer_list<std::
 /// An array of numbers in a file: the count as an __int64 and the elements as one block. A count that the rest of the
 /// file can't hold is the end-of-file exception.
 void exchangeNumbers(CArchive& ar, std::vector<double>& values, std::string_view name);
+/// The same of 32-bit integers.
 void exchangeNumbers(CArchive& ar, std::vector<std::int32_t>& values, std::string_view name);
 
 } // namespace megset

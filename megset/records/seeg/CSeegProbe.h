@@ -27,6 +27,7 @@ public:
     int m_nContactRow = -1; // in the list of contacts that is shown
 };
 
+/// The file layer of a contact of a probe.
 class CSeegContact09File : public CSeegContact
 {
 public:
@@ -39,6 +40,7 @@ private:
     static const FormatVersion<CSeegContact09File> s_versions[];
 };
 
+/// A contact of a probe; this is the class that is made.
 class CSeegContactzk : public CSeegContact09File
 {
 };
@@ -120,6 +122,7 @@ private:
     bool tryResizeContacts(int count);
 };
 
+/// The file layer of a probe.
 class CSeegProbe09File : public CSeegProbe
 {
 public:
@@ -133,6 +136,7 @@ private:
     static const FormatVersion<CSeegProbe09File> s_versions[];
 };
 
+/// A probe; this is the class that is made.
 class CSeegProbezk : public CSeegProbe09File
 {
 };
