@@ -272,6 +272,22 @@ TEST(CheckTriggers, TellTheRangesInTwoOfTheScans)
     }
 }
 
+TEST(CheckTriggers, TellTheRangesOfTheTrialInWhichAMarkerWasFoundFirst)
+{
+    for (const auto how : {&CMEGData6Classify::checkTrig, &CMEGData6Classify::checkTrigPro}) {
+        StimulusDataset filed({pulses(200, {{10, 9.0}}), pulses(200, {{20, 50.0}})});
+        EXPECT_EQ(check(filed.data, how), 1);
+        ASSERT_EQ(filed.data.m_mkTrig.getTotalMarkers(), 2);
+        for (int i = 0; i < 2; ++i) {
+            const CMDTrialzk& trial = *filed.data.getTrialzk(i);
+            const CMarkerDatazk& marker = *filed.data.m_mkTrig.getMarker(i, false);
+            // Ranges are no part of a trial's file.
+            EXPECT_EQ(marker.m_strMarkInfo.Find(trial.m_strTrialName + "\nData points:200 (Min "), 0);
+            EXPECT_EQ(marker.m_strMarkInfo.Mid(1).Find("Trial"), -1) << "and of no other";
+        }
+    }
+}
+
 TEST(CheckTriggers, TakesTheThresholdOfANewManagerAndNotTheDatasets)
 {
     for (const Variant& variant : variants) {
@@ -353,6 +369,18 @@ TEST(CheckTriggers, ASecondScanWithoutDeletingAppendsToTheSameMarkers)
     EXPECT_THAT(trials(marker), ElementsAre(0, 1, 0, 1));
     EXPECT_EQ(marker.m_nMarkCount, 4);
     EXPECT_EQ(marker.m_strMarkName, "renamed");
+}
+
+TEST(CheckTriggers, NewMarkersOfASecondScanAreNumberedFromOneAgain)
+{
+    StimulusTrial trial({pulses(200, {{10, 9.0}, {20, 5.0}})});
+    EXPECT_EQ(check(trial.data, &CMEGData6Classify::checkTrigPro), 1);
+    trial.channel(1).getDataWave()[30] = 7.0;
+    EXPECT_EQ(check(trial.data, &CMEGData6Classify::checkTrigPro, false), 1);
+    std::vector<int> numbers;
+    for (int i = 0; i < trial.data.m_mkTrig.getTotalMarkers(); ++i)
+        numbers.push_back(trial.data.m_mkTrig.getMarker(i, false)->m_nMarkID);
+    EXPECT_THAT(numbers, ElementsAre(1, 2, 1));
 }
 
 TEST(CheckTriggers, ASecondScanWithDeletingBeginsAnew)

@@ -44,6 +44,7 @@ TEST(MarkLines, OfAWrongTypeAreNoneButTheTypeIsStored)
     EXPECT_EQ(data.getShowMarkLineManager(-1), nullptr);
     EXPECT_EQ(data.getShowMarkLineManager(8), nullptr);
     EXPECT_EQ(data.getShowMarkLineManager(-2), nullptr);
+    EXPECT_EQ(data.m_nShowMarkLineType, -2) << "a negative one, too";
     EXPECT_THAT(host.messages(), ElementsAre("Wrong Mark Line type!?", "Wrong Mark Line type!?",
                                              "Wrong Mark Line type!?", "Wrong Mark Line type!?"));
 }

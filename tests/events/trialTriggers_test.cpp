@@ -211,6 +211,21 @@ TEST(TrialTriggers, AreSearchedAsFarAsTheCurrentChannelAndTheChannelItselfGo)
     EXPECT_THAT(scan(trial, plainScan, 4.0), IsEmpty());
 }
 
+TEST(TrialTriggers, AreThoseOfTheTrialThatIsGiven)
+{
+    for (const Scan how : allScans) {
+        StimulusTrial current({pulses(50, {{10, 9.0}})});
+        StimulusTrial other({pulses(30, {{20, 5.0}})});
+        other.data.getTrialzk(0)->m_strTrialName = "Other";
+        CMarkerManagerzk out;
+        out.m_trigScanParam.m_dTrigThreshold = 4.0;
+        ASSERT_EQ((current.data.*how)(out, other.data.getTrialzk(0), nullptr), 1);
+        EXPECT_EQ(out.getMarker(0, false)->getMarkPt(0)->m_nMarkPtBegin, 20);
+        EXPECT_EQ(out.m_strMgrInfo, "Other\n" + other.channel(1).traceDataInfo());
+        EXPECT_EQ(wave(current.channel(1)), pulses(50, {{10, 9.0}}));
+    }
+}
+
 TEST(TrialTriggers, NeedATrialAndAFirstChannel)
 {
     for (const Scan how : allScans) {

@@ -177,5 +177,26 @@ TEST(NeuromagSensorNumbers, AreThreeForEachTripletOfALobe)
     EXPECT_THAT(neuromagSensorNumbers(6), IsEmpty());
 }
 
+TEST(NeuromagSensorNumbers, AreThoseOfTheLobe)
+{
+    const std::vector<std::string> lobes[] = {
+        {"112", "113", "121", "122", "123", "124", "131", "132", "133", "134", "222",
+         "241", "242", "243", "244", "252", "253", "261", "262", "263", "264"},
+        {"031", "032", "033", "034", "011", "012", "013", "014", "021", "022", "023", "024", "041",
+         "044", "151", "152", "153", "154", "161", "162", "163", "164", "171", "172", "181"},
+        {"081", "082", "051", "052", "053", "054", "061", "062", "064", "091", "092", "093", "094", "101", "102",
+         "103"},
+        {"042", "043", "063", "071", "072", "073", "074", "104", "111", "114", "221"},
+        {"183", "184", "191", "192", "193", "194", "173", "174", "201", "202", "203", "204",
+         "211", "212", "213", "214", "223", "224", "231", "232", "233", "234", "251", "252"}};
+    for (int lobe = 1; lobe <= neuromagLobes; ++lobe) {
+        std::vector<CString> expected;
+        for (const std::string& triplet : lobes[lobe - 1])
+            for (const char* sensor : {"0", "1", "2"})
+                expected.emplace_back(triplet + sensor);
+        EXPECT_EQ(neuromagSensorNumbers(lobe), expected) << lobe;
+    }
+}
+
 } // namespace
 } // namespace megset::CMDTrial8ShowNames_test

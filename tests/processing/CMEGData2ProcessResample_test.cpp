@@ -1,5 +1,6 @@
 #include "tests/processing/resampledDataset.h"
 
+#include "megset/platform/CArchiveException.h"
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
@@ -180,7 +181,43 @@ TEST(DatasetResampling, PassesOverEmptyPlacesAndChannelsWithoutRawSamples)
     EXPECT_EQ(wave(*trial.getChannel(2)).size(), 5U);
 }
 
-TEST(DatasetResampling, WhereMemoryEndsLeavesTheTrialsBeforeDoneAndTheSettingsAsTheyWere)
+TEST(DatasetResampling, WhereMemoryEndsInALaterTrialLeavesTheOneBeforeDone)
+{
+    int endedInTheSecond = 0;
+    for (std::int64_t n = 1;; ++n) {
+        const ScriptedHost host;
+        RecordedDataset filed(2, 1, 20);
+        filed.data.getTrialzk(0);
+        int done = 0;
+        std::int64_t failures = 0;
+        {
+            const FailingAllocator failing(n);
+            try {
+                done = filed.data.reSampleData(false, 2, true);
+            } catch (const CArchiveException&) {
+                continue; // of a trial's file, which could not be held
+            }
+            failures = failing.failures();
+        }
+        if (failures == 0)
+            break;
+        if (done)
+            continue;
+        EXPECT_THAT(host.messages(), ElementsAre("Not enough memory!"));
+        EXPECT_EQ(filed.data.m_recordInfo.m_nResampleFactor, 1);
+        EXPECT_EQ(filed.data.m_recordInfo.m_nRecTotalSample, 20);
+        if (filed.data.m_nCurrentTrial == 0)
+            continue;
+        ++endedInTheSecond;
+        const auto first = filed.readTrial(0);
+        EXPECT_EQ(wave(*first->getChannel(0)), resampled(channelValues(0, 0, 20), false, 2, 11));
+        EXPECT_EQ(first->m_nTrialResampleStep, 2);
+        EXPECT_EQ(filed.data.getCurrentTrialPt()->m_nTrialResampleStep, 1);
+    }
+    EXPECT_EQ(endedInTheSecond, 1);
+}
+
+TEST(DatasetResampling, WhereMemoryEndsLeavesTheTrialAndTheSettingsAsTheyWere)
 {
     RecordedDataset filed(2, 1, 20);
     filed.data.getTrialzk(1);

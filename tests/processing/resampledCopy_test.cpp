@@ -187,6 +187,36 @@ TEST(ResampledCopyMaking, LeavesChannelsWithoutWorkingOrRawSamplesEmpty)
     EXPECT_EQ(wave(*copy.getChannel(3)).size(), 6U);
 }
 
+TEST(ResampledCopyMaking, BothDatasetsAreBusyWhileItRuns)
+{
+    class Host : public ScriptedHost
+    {
+    public:
+        int messageBox(const CString& text, unsigned type) override
+        {
+            m_sourceBusy = m_source->m_bBusy;
+            m_madeBusy = m_made->m_bBusy;
+            return ScriptedHost::messageBox(text, type);
+        }
+        const CMEGDatazk* m_source = nullptr;
+        const CMEGDatazk* m_made = nullptr;
+        int m_sourceBusy = 0;
+        int m_madeBusy = 0;
+    };
+    Host host;
+    RecordedDataset filed(2, 1, 10);
+    NewDataset made;
+    host.m_source = &filed.data;
+    host.m_made = &made.data;
+    filed.data.m_aTrialFilePath.SetAt(1, filed.folder.path("missing.trl"));
+    host.willAnswerNo();
+    EXPECT_EQ(copyResampled(filed.data, made.data, {true, false, 2, 500.0}), 1);
+    EXPECT_EQ(host.m_sourceBusy, 1);
+    EXPECT_EQ(host.m_madeBusy, 1);
+    EXPECT_EQ(filed.data.m_bBusy, 0);
+    EXPECT_EQ(made.data.m_bBusy, 0);
+}
+
 TEST(ResampledCopyMaking, GivesTrialsOfOneNameFilesOfTheirOwn)
 {
     const ScriptedHost host;

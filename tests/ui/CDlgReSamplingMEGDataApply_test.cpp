@@ -236,6 +236,25 @@ TEST(ApplyToNewDataset, MakesADatasetAndCloses)
     EXPECT_EQ(filed.waveOf(0, 0), channelValues(0, 0, 10)) << "whose samples stay";
 }
 
+TEST(ApplyToNewDataset, OfTheCurrentTrialAloneAndWithAveraging)
+{
+    Application application;
+    RecordedDataset filed(3, 1, 10);
+    filed.data.getTrialzk(1);
+    RecordingDialog dialog(filed.data);
+    dialog.m_createDocument = Application::createDocument;
+    dialog.m_attachDatasets = Application::attach;
+    dialog.m_bAllTrials = false;
+    dialog.m_bAverage = true;
+    dialog.m_nFactor = 3;
+    EXPECT_EQ(dialog.apply(), 1);
+    ASSERT_NE(application.made, nullptr);
+    ASSERT_EQ(application.made->getTotalTrial(), 1);
+    EXPECT_EQ(application.made->m_recordInfo.m_bResampleAverage, 1);
+    EXPECT_EQ(wave(*application.made->getTrialzk(0)->getChannel(0)), resampled(channelValues(1, 0, 10), true, 3, 4));
+    EXPECT_EQ(filed.data.m_recordInfo.m_bResampleAverage, 1) << "Apply writes it to the source, too";
+}
+
 TEST(ApplyToNewDataset, SetsAFactorBelowOneToOneInTheDialog)
 {
     Application application;

@@ -332,6 +332,33 @@ TEST(ResampleDialogShowing, MakesTheDialogOnceAndLoadsItEachTime)
     EXPECT_TRUE(dialog->IsWindowVisible());
 }
 
+TEST(ResampleDialogShowing, OpensThenLoadsAndThenComesToTheFront)
+{
+    class Dialog : public RecordingDialog
+    {
+    public:
+        using RecordingDialog::RecordingDialog;
+        std::vector<std::string> m_before; ///< calls when it came to the front
+        int m_fronts = 0;
+
+    protected:
+        void bringToFront() override
+        {
+            m_before = calls();
+            ++m_fronts;
+        }
+    };
+    CMEGDatazk data;
+    ASSERT_EQ(data.initMEGData(1, 1, 10), 1);
+    recordAs(data, 1000);
+    auto owned = std::make_unique<Dialog>(data);
+    const Dialog& dialog = *owned;
+    std::unique_ptr<CDlgReSamplingMEGData> slot = std::move(owned);
+    EXPECT_EQ(CDlgReSamplingMEGData::show(slot, &data, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(dialog.m_fronts, 1);
+    EXPECT_THAT(dialog.m_before, ElementsAre("open", "show"));
+}
+
 TEST(ResampleDialogShowing, StoresCallbacksAndDataset)
 {
     CMEGDatazk first;

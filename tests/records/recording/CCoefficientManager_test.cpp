@@ -241,6 +241,15 @@ TEST(CoefficientManager, FindsTheFirstRecordWhoseNameContainsTheSensors)
     EXPECT_EQ(manager.getSensorCoefRecord("MLC11-100", 2, true, false), manager.getCoefficientsData()->GetAt(1));
 }
 
+TEST(CoefficientManager, FindsTheSensorsNameAnywhereInTheRecords)
+{
+    const CCoefficientManagerzk manager =
+        managerOf({record("MLC1", 0x47314252), record("Run-MLC11-100", 0x47314252), record("MLC11", 0x47314252)});
+    EXPECT_EQ(manager.getSensorCoefRecord("MLC11", 1, true, false), manager.getCoefficientsData()->GetAt(1));
+    EXPECT_EQ(manager.getSensorCoefRecord("", 1, true, false), manager.getCoefficientsData()->GetAt(0));
+    EXPECT_EQ(manager.getSensorCoefRecord("MLC11-1000", 1, true, false), nullptr);
+}
+
 TEST(CoefficientManager, SearchesForTypeZeroWithAnOrderOfFour)
 {
     const CCoefficientManagerzk manager = managerOf({record("MLC11", 1), record("MLC11", 0)});
