@@ -144,6 +144,35 @@ TEST_F(ChannelAverage, AddsWithoutAssign)
     EXPECT_THAT(planeValues(spectrum(result), R), ElementsAre(102, 104));
 }
 
+TEST_F(ChannelAverage, OfRandomPlanesIsThePlainLoop)
+{
+    for (const Shape shape : shapes)
+        for (unsigned seed = 0; seed < 6; ++seed) {
+            Values operands[2][3];
+            for (const int nClass : {active, control})
+                for (const int type : {R, I, M}) {
+                    Values& x = operands[nClass][type];
+                    x = anyPlane(shape.nTimePt, shape.nFreqPt, 10 * seed + static_cast<unsigned>(3 * nClass + type));
+                    setPlane(spectrum(nClass), type, shape.nTimePt, shape.nFreqPt, x);
+                }
+            spectrum(result)._cleanSpctmData();
+            ASSERT_EQ(channel.spctmAC2X_average(1, seed % 2 == 0 ? 1 : 0, 0), 1);
+            Values expected[3];
+            for (const int type : {R, I, M}) {
+                for (std::size_t k = 0; k < operands[0][type].size(); ++k) {
+                    const double mean = (operands[0][type][k] + operands[1][type][k]) * 0.5;
+                    expected[type].push_back(seed % 2 == 0 ? mean : 0.0 + mean);
+                }
+                EXPECT_TRUE(numeric::sameSamples(planeValues(spectrum(result), type), expected[type]));
+            }
+            ASSERT_EQ(channel.spctmAC2X_average(0, 0, 0), 1);
+            for (std::size_t k = 0; k < expected[R].size(); ++k)
+                expected[R][k] += (operands[0][R][k] + operands[1][R][k]) * 0.5;
+            for (const int type : {R, I, M})
+                EXPECT_TRUE(numeric::sameSamples(planeValues(spectrum(result), type), expected[type]));
+        }
+}
+
 TEST_F(ChannelAverage, GoesToTheBackupOnRequest)
 {
     fillOperands(R);

@@ -85,6 +85,36 @@ TEST_F(TrialGain, OfAVerySmallStepSaysSoInItsMode)
     expectRefused("Frequency power step is smaller than %0.16f");
 }
 
+TEST_F(TrialGain, OfALimitItselfSaysSoAndOfTheNextNumberIsTaken)
+{
+    struct Limited
+    {
+        double CSpctmTrial::*field;
+        const char* message;
+    };
+    constexpr double limit = 1e-15;
+    const double above = std::nextafter(limit, 1.0);
+    const Limited limited[] = {{&CSpctmTrial::m_dSamplingRate, "Sampling rate is smaller than %0.16f"},
+                               {&CSpctmTrial::m_dFreqBegin, "Low-frequency is smaller than %0.16f"},
+                               {&CSpctmTrial::m_dFreqLinearStep, "Frequency linear step is smaller than %0.16f"}};
+    for (const auto& [field, message] : limited) {
+        const double before = (*spectrum).*field;
+        (*spectrum).*field = limit;
+        expectRefused(message);
+        (*spectrum).*field = above;
+        EXPECT_EQ(trial.normalizeFreq(plainLaw, 2.0, false, active, R), 1) << message;
+        host.expectNoMessages();
+        (*spectrum).*field = before;
+        useShape(2, 2);
+        spectrum->m_nSpctmNormState = 0;
+    }
+    usePowerSteps(limit);
+    expectRefused("Frequency power step is smaller than %0.16f");
+    usePowerSteps(above);
+    EXPECT_EQ(trial.normalizeFreq(plainLaw, 2.0, false, active, R), 1);
+    host.expectNoMessages();
+}
+
 TEST_F(TrialGain, WithoutTimesOrFrequenciesOfTheClassFails)
 {
     spectrum->m_nFreqPt = 0;
@@ -180,6 +210,13 @@ TEST_F(TrialGain, OfAllClassesAndTypesSucceedsWhateverTheySay)
                                              "Frequency linear step is smaller than %0.16f",
                                              "Frequency linear step is smaller than %0.16f",
                                              "Frequency linear step is smaller than %0.16f")); // once for each type
+}
+
+TEST_F(TrialGain, OfAllClassesAndTypesTakesLawFactorAndPower)
+{
+    EXPECT_EQ(trial.normalizeFreqAll(rootLaw, 3.0, true), 1);
+    EXPECT_THAT(values(), ElementsAre(1, 8, 1, 8));
+    EXPECT_EQ(spectrum->m_nSpctmNormState, 3);
 }
 
 TEST_F(TrialGain, HasAReverseThatDoesNothing)

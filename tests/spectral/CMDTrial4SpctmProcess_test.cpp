@@ -201,6 +201,9 @@ TEST_F(TrialNormalization, MarksTheClassEvenWithoutFrequencies)
     spectrum->m_nSpctmNormState = 0;
     EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTim_mean(0.0, active, R), 1);
     EXPECT_EQ(spectrum->m_nSpctmNormState, 1);
+    spectrum->m_nSpctmNormState = 0;
+    EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTimSc_rms(active), 1);
+    EXPECT_EQ(spectrum->m_nSpctmNormState, 1);
     EXPECT_THAT(values(0), ElementsAre(1, 2, 3, 4));
 }
 

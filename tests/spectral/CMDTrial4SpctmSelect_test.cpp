@@ -224,6 +224,23 @@ TEST_F(TrialSelection, TheValueOfAMissingSpectrumIsZeroAndSucceeds)
     EXPECT_EQ(value(sumMean, 1, 0, 3, 0, 2, active, I).given, 0);
 }
 
+TEST_F(TrialSelection, TheValueOfATrialWithoutChannelsIsZeroAndSucceeds)
+{
+    CMDTrialzk empty;
+    empty.getSpctmTrial(true, active)->setSpctmTimePtFreqPt(T, F, 1);
+    for (const int index : {-1, 0, 5}) {
+        double value = 7.0;
+        std::int64_t count = 7;
+        EXPECT_EQ(empty.getSelectSpctmValueX_PhyVirt(channelPlane, index, 0, 3, 0, 2, value, count, active, R), 1);
+        EXPECT_EQ(value, 0.0);
+        EXPECT_EQ(count, 0);
+        double x = 7.0;
+        EXPECT_EQ(empty.getSelectSpctmValueMMMR(channelPlane, active, R, index, 0, 3, 0, 2, x, x, x, x), 0);
+        EXPECT_EQ(empty.getSelectSpctmValueXX(channelPlane, active, R, 1, index, 0, 3, 0, 2, 1, &x), 0);
+        EXPECT_EQ(x, 7.0);
+    }
+}
+
 TEST_F(TrialSelection, WithoutTheClassAllFail)
 {
     double x = 7.0;

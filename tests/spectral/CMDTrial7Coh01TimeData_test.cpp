@@ -170,16 +170,22 @@ TEST_F(CoherenceStatistics, AgreeWithAPlainLoopOverRandomPairs)
             values.push_back(noise(random));
         }
         fill(channels, values);
+        double min = 0.0;
+        double max = 0.0;
         double sum = 0.0;
         double squares = 0.0;
         int n = 0;
         for (std::size_t k = 0; k < values.size(); ++k)
             if (channels[k] < 2) {
+                min = n == 0 || values[k] < min ? values[k] : min;
+                max = n == 0 || values[k] > max ? values[k] : max;
                 sum += values[k];
                 squares += values[k] * values[k];
                 ++n;
             }
         const Statistics s = ofNamed(round, "MLC");
+        EXPECT_EQ(s.min, min);
+        EXPECT_EQ(s.max, max);
         if (n > 0) {
             EXPECT_EQ(s.mean, sum / n);
             EXPECT_EQ(s.rms, std::sqrt(squares / n));

@@ -223,6 +223,19 @@ TEST(RangeOfDataset, TakesTheExtremesAndTheMeanOfTheMeansOfTrialsInMemory)
     EXPECT_EQ(range.mean, sum / 3.0);
 }
 
+TEST(RangeOfDataset, IsOfTheClassAndDataTypeAndTakesKeptRangesUnlessComputed)
+{
+    SpectralDataset set({100});
+    set.spectrum(1);
+    setPlanes(set.channel(0), 1, 1, 2, {4.0, 8.0}); // the magnitudes are 20 more
+    EXPECT_EQ(Range(set.data, 1, 1, 2).min, 24.0);
+    EXPECT_EQ(Range(set.data, 1, 1, 2).max, 28.0);
+    EXPECT_EQ(Range(set.data, 1, 0, 2).max, 1.0); // without that class
+    set.channel(0).getSpctmChnl(false, 1)->scaleSpctm(10.0, 2);
+    EXPECT_EQ(Range(set.data, 0, 1, 2).max, 28.0);
+    EXPECT_EQ(Range(set.data, 1, 1, 2).max, 280.0);
+}
+
 TEST(RangeOfDataset, OpensNoTrial)
 {
     SpectralFiles set(3, 1);

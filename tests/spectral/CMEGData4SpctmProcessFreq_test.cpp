@@ -169,6 +169,41 @@ TEST(SumFreqData, PassTheSameFilters)
     EXPECT_EQ(set.data.checkChnlFreqDataInfo(nullptr, false, false, true, true, 0, 0, nullptr), 1);
 }
 
+TEST(SumFreqData, TellGoodAndShownChannelsApart)
+{
+    SpectralDataset set({100, 100, 100});
+    for (int c = 0; c < 3; ++c)
+        setFreqData(set.channel(c), 0, 0, {std::pow(10.0, c)});
+    set.data.setShowChnl4Alltrials(0, 0);
+    set.data.setGoodChnl4Alltrials(1, 0);
+    set.data.setGoodChnl4Alltrials(2, 0);
+    const auto mean = [&](bool good, bool shown) {
+        const auto* sums = static_cast<const CSumChnlFreqDatazk*>(
+            set.data.computTrialFreqData(nullptr, false, false, good, shown, 0, 0));
+        return sums != nullptr ? sums->m_dMean : -9.0;
+    };
+    EXPECT_EQ(mean(true, false), 1.0);
+    EXPECT_EQ(mean(false, true), 55.0);
+    EXPECT_EQ(mean(true, true), -9.0);
+    EXPECT_EQ(set.data.checkChnlFreqDataInfo(nullptr, false, false, true, false, 0, 0, nullptr), 1);
+    EXPECT_EQ(set.data.checkChnlFreqDataInfo(nullptr, false, false, false, true, 0, 0, nullptr), 2);
+    set.data.computTrialFreqDataAllClassDataType(nullptr, false, false, false, true);
+    EXPECT_EQ(set.trial().m_pFreqDataTrialA->m_aSum[0].m_dMean, 55.0);
+}
+
+TEST(SumFreqData, AreOfTheTrialThatIsNamed)
+{
+    CMEGDatazk data;
+    ASSERT_EQ(data.initMEGData(2, 1, 4), 1);
+    CMDTrialzk& other = *data.getMDTrial(1);
+    setFreqData(*other.getChannel(0), 0, 0, {3.0});
+    EXPECT_EQ(data.computTrialFreqData(nullptr, false, false, false, false, 0, 0), nullptr);
+    EXPECT_EQ(data.checkChnlFreqDataInfo(&other, false, false, false, false, 0, 0, nullptr), 1);
+    EXPECT_NE(data.computTrialFreqData(&other, false, false, false, false, 0, 0), nullptr);
+    EXPECT_EQ(data.computTrialFreqDataAllClassDataType(&other, false, false, false, false),
+              &other.m_pFreqDataTrialA->m_aSum[0]);
+}
+
 TEST(SumFreqData, OfUnequalLengthsShowTheMessageAndTakeTheLongest)
 {
     const ScriptedHost host;

@@ -51,6 +51,67 @@ TEST(AllSumPlanes, OfAllClassesGiveTheLastResult)
     EXPECT_EQ(set.data.computTrialSpctmAllClassDataType(nullptr, false, true, true, true), nullptr);
 }
 
+// The first channel is good and hidden, the second is bad and shown; of values 1 and 10 the mean tells who took part.
+class GoodAndShown : public ::testing::Test
+{
+protected:
+    GoodAndShown() : set({100, 100})
+    {
+        set.spectrum(1);
+        setPlanes(set.channel(0), 1, 1, 1, {1.0}, 1);
+        setPlanes(set.channel(1), 1, 1, 1, {10.0}, 1);
+        set.data.setShowChnl4Alltrials(0, 0);
+        set.data.setGoodChnl4Alltrials(1, 0);
+    }
+    double mean() { return set.spectrum(1).m_aSumChnlR.m_dRangeMean; }
+
+    SpectralDataset set;
+};
+
+TEST_F(GoodAndShown, AreToldApartOverAllDataTypesAndClasses)
+{
+    EXPECT_NE(set.data.computTrialSpctmAllDataType(nullptr, false, false, true, false, 1), nullptr);
+    EXPECT_EQ(mean(), 1.0);
+    EXPECT_NE(set.data.computTrialSpctmAllDataType(nullptr, false, false, false, true, 1), nullptr);
+    EXPECT_EQ(mean(), 10.0);
+    EXPECT_NE(set.data.computTrialSpctmAllClassDataType(nullptr, false, false, true, false), nullptr);
+    EXPECT_EQ(mean(), 1.0);
+    EXPECT_NE(set.data.computTrialSpctmAllClassDataType(nullptr, false, false, false, true), nullptr);
+    EXPECT_EQ(mean(), 10.0);
+}
+
+TEST_F(GoodAndShown, AreToldApartByTheUser)
+{
+    ScriptedHost host;
+    host.willChooseFlags({false, false, true, false});
+    set.data.computTrialSpctmAllPro(nullptr, false);
+    EXPECT_EQ(mean(), 1.0);
+    host.willChooseFlags({false, false, false, true});
+    set.data.computTrialSpctmAllPro(nullptr, false);
+    EXPECT_EQ(mean(), 10.0);
+}
+
+TEST(AllSumPlanes, AreOfTheTrialThatIsNamed)
+{
+    CMEGDatazk data;
+    ASSERT_EQ(data.initMEGData(2, 1, 4), 1);
+    ASSERT_EQ(data.m_nCurrentTrial, 0);
+    CMDTrialzk& other = *data.getMDTrial(1);
+    CSpctmTrialzk& spectrum = *other.getSpctmTrial(true, 0);
+    setPlanes(*other.getChannel(0), 0, 1, 2, {3.0, 5.0}, 1);
+    EXPECT_EQ(data.checkChnlSpctmInfo(nullptr, false, false, false, false, 0, 0, nullptr, nullptr), 0);
+    EXPECT_EQ(data.checkChnlSpctmInfo(&other, false, false, false, false, 0, 0, nullptr, nullptr), 1);
+    EXPECT_EQ(data.computTrialSpctm(nullptr, false, false, false, false, 0, 0), nullptr);
+    EXPECT_EQ(data.computTrialSpctm(&other, false, false, false, false, 0, 0), &spectrum.m_aSumChnlR);
+    EXPECT_EQ(data.computTrialSpctmAllDataType(&other, false, false, false, false, 0), &spectrum.m_aSumChnlR);
+    EXPECT_EQ(data.computTrialSpctmAllClassDataType(&other, false, false, false, false), &spectrum.m_aSumChnlR);
+    ScriptedHost host;
+    host.willChooseFlags({false, false, false, false});
+    spectrum.m_aSumChnlR.clean();
+    data.computTrialSpctmAllPro(&other, false);
+    EXPECT_EQ(spectrum.m_aSumChnlR.m_dRangeMean, 4.0);
+}
+
 // ---- with the user's selection
 
 TEST(SumPlanesByTheUser, AskWithAllFlagsSetAndComputeWithTheirReply)
@@ -163,6 +224,16 @@ TEST(SpectraOfAllTrials, GetThePolarityOfTheRealPart)
         EXPECT_THAT(set.plane(t, 0, 2), ElementsAre(expected.m_pSpctmM[0], expected.m_pSpctmM[1]));
 }
 
+TEST(SpectraOfAllTrials, GetThePolarityThatIsAskedFor)
+{
+    SpectralFiles set(2, 1);
+    for (int t = 0; t < 2; ++t)
+        setPlanes(set.channel(t, 0), 0, 1, 2, {-5.0, -30.0}, 2); // with imaginary parts of 5 and -20
+    EXPECT_EQ(set.data.setSpctmPolarity(2, 0), 1);
+    for (int t = 0; t < 2; ++t)
+        EXPECT_THAT(set.plane(t, 0, 2), ElementsAre(std::sqrt(25.0), -std::sqrt(650.0)));
+}
+
 TEST(SpectraOfAllTrials, LoseValuesThatAreNoFiniteNumbersUnderBothNames)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -253,6 +324,15 @@ TEST(RootStrip, OfAllTrialsChangesEach)
     EXPECT_EQ(set.data.rootStrip(99, true, 0, 1, 2.0, 0, 1), 1);
     for (int t = 0; t < 3; ++t)
         EXPECT_EQ(set.plane(t, 0, 1), expectedPlane(t, 0, 1, strip));
+}
+
+TEST(RootStrip, TakesBeginEndAndScale)
+{
+    SpectralFiles set(1, 1);
+    const auto strip = [](CMDTrialzk& trial) { trial.rootStrip(1, 3, 5.0, -1, true, 0, 2); };
+    EXPECT_EQ(set.data.rootStrip(0, false, 1, 3, 5.0, 0, 2), 1);
+    EXPECT_EQ(set.plane(0, 0, 2), expectedPlane(0, 0, 2, strip));
+    EXPECT_EQ(set.data.rootStrip(0, false, 1, 1, 5.0, 0, 2), 1); // of all channels, whatever they say
 }
 
 TEST(RootStrip, OfAnIndexOutOfRangeIsZero)

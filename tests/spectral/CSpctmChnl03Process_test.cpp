@@ -42,6 +42,8 @@ TEST_F(SpectrumInPlace, AnAbsentPlaneFailsEverywhere)
         EXPECT_EQ(spectrum.getSelectSpctmValue2Txt(type, 0, 1, 0, 1), CString("No data"));
         EXPECT_EQ(spectrum.getSpctmFreqAbsMax(1, type), 0.0);
         EXPECT_EQ(spectrum.getSpctmFreqAverage(1, true, type), 0.0);
+        spectrum.m_dSpctmMean = 5.0;
+        EXPECT_EQ(spectrum.getSpctmFreqAverage(1, false, type), 0.0);
         EXPECT_EQ(spectrum.getSpctmFreqRootMean(1, type), 0.0);
         EXPECT_EQ(spectrum.globaleNormalSpctmFreq(1, 2.0, type), 0);
         EXPECT_EQ(spectrum.normSpctmValue2Shrt(2.0, 1.0, type), 0);

@@ -19,7 +19,8 @@ std::pair<double, double> twoNumbers(const std::string& text)
     const char* const end = text.data() + text.size();
     const auto [colon, error] = std::from_chars(text.data(), end, first);
     if (error == std::errc() && colon != end && *colon == ':')
-        if (const auto [rest, fault] = std::from_chars(colon + 1, end, second); fault == std::errc() && rest == end)
+        if (const auto [rest, fault] = std::from_chars(colon + 1, end, second);
+            fault == std::errc() && rest == end && !std::isnan(first) && !std::isnan(second))
             return {first, second};
     throw std::runtime_error("the range \"" + text + "\" is not of the form A:B");
 }
@@ -27,7 +28,8 @@ std::pair<double, double> twoNumbers(const std::string& text)
 // The first time point at or behind a latency.
 unsigned timePoint(const CMEGDatazk& dataset, const CMDTrialzk& trial, int classIndex, std::int64_t times, double ms)
 {
-    const double sample = ms / 1000.0 * dataset.m_recordInfo.m_dRecSampleRate +
+    // Multiplied first, so that whole samples are met exactly.
+    const double sample = ms * dataset.m_recordInfo.m_dRecSampleRate / 1000.0 +
                           static_cast<double>(dataset.m_recordInfo.m_nRecPreTrigPts);
     std::int64_t t = 0;
     while (t < times && static_cast<double>(trial.getSpctmTimePt(t, classIndex, 0)) < sample)

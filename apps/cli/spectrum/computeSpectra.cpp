@@ -128,11 +128,14 @@ void describe(CSpctmTrialzk& spectrum, const SpectrumRequest& request, const Tim
 }
 
 // Adding to planes that were computed otherwise would mix what can't be told apart any more.
-void checkAccumulation(const CSpctmTrialzk& spectrum, const SpectrumRequest& request, std::size_t points)
+void checkAccumulation(const CSpctmTrialzk& spectrum, const SpectrumRequest& request, const spectrum::TimeAxis& time,
+                       std::size_t points)
 {
     const bool isFirst = spectrum.m_nTimePt == 0;
     const bool fits = spectrum.m_nTimePt == static_cast<std::int64_t>(points) &&
+                      spectrum.m_nTimeStep == static_cast<std::int64_t>(time.step) &&
                       spectrum.m_nFreqPt == static_cast<std::int64_t>(request.axis.hz.size()) &&
+                      (spectrum.m_nFreqPowerStep != 0) == request.axis.isPower &&
                       spectrum.m_dFreqBegin == axisBegin(request.axis) && spectrum.m_dFreqEnd == request.axis.hz.back();
     if (request.accumulate && !isFirst && !fits)
         throw std::runtime_error("the spectra that are there have other times or frequencies");
@@ -192,7 +195,7 @@ int computeSpectra(CMDTrialzk& trial, double rate, const SpectrumRequest& reques
     CSpctmTrialzk* const spectrum = trial.getSpctmTrial(true, request.classIndex);
     if (spectrum == nullptr)
         throw std::runtime_error("there is not enough memory");
-    checkAccumulation(*spectrum, request, points);
+    checkAccumulation(*spectrum, request, time, points);
     computePlanes(trial, channels, request, {range, time, points, rate});
     const Axes former(*spectrum);
     describe(*spectrum, request, {range, time, points, rate});

@@ -55,7 +55,8 @@ Plane summedPlane(OpenDataset& open, CMDTrialzk& trial, const ShowRequest& reque
     const bool eeg = request.kind == "eeg";
     const CSumChnlSpctmDatazk* const sum =
         open.dataset.computTrialSpctm(&trial, meg, eeg, true, true, request.classIndex, request.type);
-    if (sum == nullptr)
+    // The library counts reference channels before it leaves them out, and then sums nobody to zeros.
+    if (sum == nullptr || sum->m_nChannels < 1)
         return {};
     return {sumPlane(*sum, request.sum), sum->m_nTimePt, sum->m_nFreqPt};
 }

@@ -107,6 +107,174 @@ TEST_F(Spectrum, AccumulationAddsAndNeedsTheSameShape)
     EXPECT_THAT(result.errors, HasSubstr("other times or frequencies"));
 }
 
+TEST_F(Spectrum, AccumulationNeedsTheSameStepInTimeAndTheSameKindOfAxis)
+{
+    const auto accumulate = [&](std::vector<std::string> options) {
+        options.insert(options.end(), {"--accumulate", "--in-place"});
+        return run(options);
+    };
+    const auto middle = [&] { return shown({"--channel", "M1"}).at("values")[25][0].get<double>(); };
+    ASSERT_EQ(run({"--freqs", "20:80:60", "--samples", "0:99", "--step", "2", "--in-place"}).exitCode, 0);
+    for (const std::vector<std::string>& other : std::vector<std::vector<std::string>>{
+             {"--freqs", "20:80:60", "--samples", "0:199", "--step", "4"},    // 50 points, too
+             {"--octaves", "40:80:1", "--samples", "0:99", "--step", "2"}}) { // from a step above 20 Hz
+        const auto result = accumulate(other);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(result.errors, HasSubstr("other times or frequencies"));
+    }
+    EXPECT_NEAR(middle(), 30.0, 0.1);
+    EXPECT_EQ(accumulate({"--freqs", "20:80:60", "--samples", "100:199", "--step", "2"}).exitCode, 0);
+    EXPECT_NEAR(middle(), 60.0, 0.2);
+}
+
+TEST_F(Spectrum, TheTrialsSpectrumTellsItsAxesAndWhetherItWasAdded)
+{
+    const std::vector<std::string> options = {"--samples", "20:119", "--edge", "10", "--step", "8"};
+    const auto expectAxes = [&](bool isAccumulated) {
+        ReadingNotes notes;
+        const auto trial = readTrial(*openDatasetToLook(sample.path(), notes), 1);
+        const CSpctmTrialzk* const spectrum = trial->getSpctmTrial(false, 0);
+        ASSERT_NE(spectrum, nullptr);
+        EXPECT_EQ(spectrum->m_nTimePt, 10);
+        EXPECT_EQ(spectrum->m_nFreqPt, 5);
+        EXPECT_EQ(spectrum->m_nTimeStep, 8);
+        EXPECT_EQ(spectrum->m_nDataBegin, 20);
+        EXPECT_EQ(spectrum->m_nDataEnd, 119);
+        EXPECT_EQ(spectrum->m_nEdgePt, 10);
+        EXPECT_EQ(spectrum->m_dFreqBegin, 10.0);
+        EXPECT_EQ(spectrum->m_dFreqEnd, 50.0);
+        EXPECT_EQ(spectrum->m_nFreqPowerStep, 0);
+        EXPECT_EQ(spectrum->m_dFreqLinearStep, 10.0);
+        EXPECT_EQ(spectrum->m_dSamplingRate, 200.0);
+        EXPECT_EQ(spectrum->m_nSelectTimeEnd, 9);
+        EXPECT_EQ(spectrum->m_nSelectFreqEnd, 4);
+        EXPECT_EQ(spectrum->isAccumSpctm(), isAccumulated ? 1 : 0);
+    };
+    compute(options);
+    expectAxes(false);
+    std::vector<std::string> added = options;
+    added.emplace_back("--accumulate");
+    compute(added);
+    expectAxes(true);
+    compute(options);
+    expectAxes(false);
+}
+
+TEST_F(Spectrum, DataTypesOfAPlaneBelongTogether)
+{
+    compute();
+    const auto middle = [&](const char* type) {
+        const json map = shown({"--channel", "M1", "--type", type});
+        EXPECT_EQ(map.at("unit"), std::string(type) == "phase" ? "rad" : "fT");
+        return map.at("values")[20][1].get<double>();
+    };
+    const double magnitude = middle("magnitude");
+    const double phase = middle("phase");
+    EXPECT_NEAR(middle("real"), magnitude * std::cos(phase), 1e-9);
+    EXPECT_NEAR(middle("imaginary"), magnitude * std::sin(phase), 1e-9);
+}
+
+// Planes of known values, as an application leaves them: 2 times x 2 frequencies.
+class KnownSpectrum : public Spectrum
+{
+protected:
+    void keep(int channel, std::vector<double> values)
+    {
+        for (int i = 0; i < 2; ++i) {
+            CMDTrialzk& trial = *sample.dataset().getTrialzk(i);
+            trial.getChannel(channel)->getSpctmChnl(true, 0)->addSpctmDataRIM1d(values.data(), values.data(),
+                                                                                values.data(), 2, 2, 1, 1, 0);
+            trial.getSpctmTrial(true, 0)->setSpctmTimePtFreqPt(2, 2, 1);
+        }
+        sample.store();
+    }
+    void change(const std::vector<std::string>& options)
+    {
+        std::vector<std::string> all = options;
+        all.emplace_back("--in-place");
+        const auto result = run(all);
+        ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+    double first(const char* channel, const char* type = "magnitude")
+    {
+        return shown({"--channel", channel, "--type", type}).at("values")[0][0].get<double>();
+    }
+};
+
+TEST_F(KnownSpectrum, EverySumShowsItsPlane)
+{
+    keep(1, {-1.0, 1.0, 1.0, 1.0});
+    keep(2, {3.0, 1.0, 1.0, 1.0});
+    keep(3, {4.0, 1.0, 1.0, 1.0});
+    const auto sum = [&](const char* name, const char* kind) {
+        return shown({"--sum", name, "--kind", kind}).at("values")[0][0].get<double>();
+    };
+    EXPECT_EQ(sum("mean", "all"), 2.0);
+    EXPECT_EQ(sum("min", "all"), -1.0);
+    EXPECT_EQ(sum("max", "all"), 4.0);
+    EXPECT_EQ(sum("positive", "all"), 7.0 / 1.5);
+    EXPECT_EQ(sum("negative", "all"), -1.0 / 1.5);
+    EXPECT_EQ(sum("rms", "all"), std::sqrt(1.0 / 3.0)); // of the first channel
+    EXPECT_EQ(sum("mean", "meg"), 1.0);
+    EXPECT_EQ(sum("mean", "eeg"), 4.0);
+    EXPECT_EQ(shown({"--kind", "eeg"}).at("unit"), "uV");
+    EXPECT_EQ(shown({"--channel", "E1"}).at("unit"), "uV");
+}
+
+TEST_F(KnownSpectrum, NormalizationFollowsItsLaw)
+{
+    const auto normalized = [&](const char* law, const char* type) {
+        keep(1, {1.0, 2.0, 3.0, 2.0});
+        keep(2, {5.0, 6.0, 7.0, 6.0});
+        change({"--normalize", law});
+        return first("M1", type);
+    };
+    EXPECT_EQ(normalized("rms", "magnitude"), 1.0 / std::sqrt(21.0));
+    EXPECT_EQ(normalized("rms", "real"), 1.0 / std::sqrt(21.0));
+    EXPECT_EQ(normalized("max", "magnitude"), 1.0 / 7.0);
+    EXPECT_EQ(normalized("max", "real"), 1.0);
+    EXPECT_EQ(normalized("mean", "magnitude"), 1.0 / 0.04);
+    EXPECT_EQ(normalized("mean", "real"), 1.0);
+}
+
+TEST_F(KnownSpectrum, ChangesGoToTheirDataType)
+{
+    keep(1, {8.0, 2.0, 3.0, 2.0});
+    change({"--log", "--type", "imaginary"});
+    EXPECT_EQ(first("M1", "imaginary"), std::log(8.0));
+    EXPECT_EQ(first("M1", "real"), 8.0);
+    change({"--cut", "0:7", "--type", "real"});
+    EXPECT_EQ(first("M1", "real"), 0.0);
+    EXPECT_EQ(first("M1"), 8.0);
+    change({"--scale", "2"});
+    EXPECT_EQ(first("M1"), 16.0);
+    EXPECT_EQ(first("M1", "imaginary"), 2.0 * std::log(8.0));
+}
+
+// At 200 Hz with the trigger at sample 0, 35 ms are sample 7, though 0.035 * 200 is a little more in binary numbers.
+TEST_F(Spectrum, ABaselineBeginsAtATimePointOfItsLatencyAndEndsBeforeOne)
+{
+    sample.dataset().getMEGRecordInfozk()->m_nRecPreTrigPts = 0;
+    std::vector<double> values = {1.0, 2.0, 4.0, 8.0}; // at 30, 35, 40 and 45 ms
+    for (int i = 0; i < 2; ++i) {
+        CMDTrialzk& trial = *sample.dataset().getTrialzk(i);
+        trial.getChannel(1)->getSpctmChnl(true, 0)->addSpctmDataRIM1d(values.data(), values.data(), values.data(), 4, 1,
+                                                                      1, 1, 0);
+        trial.getSpctmTrial(true, 0)->setSpctmTimePtFreqPt(4, 1, 1);
+        trial.getSpctmTrial(true, 0)->m_nDataBegin = 6;
+    }
+    sample.store();
+    const auto stripped = [&](const std::string& baseline) {
+        const auto result = run({"--baseline", baseline, "--type", "real", "--in-place"});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return shown({"--channel", "M1", "--type", "real"}).at("values");
+    };
+    EXPECT_EQ(stripped("35:45"), json({{1.0 / 3.0}, {2.0 / 3.0}, {4.0 / 3.0}, {8.0 / 3.0}}));
+    EXPECT_EQ(stripped("30:35"), json({{1.0}, {2.0}, {4.0}, {8.0}}));
+    EXPECT_EQ(stripped("31:36"), json({{0.5}, {1.0}, {2.0}, {4.0}}));
+    EXPECT_EQ(stripped("45:1000"), json({{0.125}, {0.25}, {0.5}, {1.0}}));
+}
+
 TEST_F(Spectrum, ChangesAreMadeAndTakenBack)
 {
     compute();
@@ -182,6 +350,14 @@ TEST_F(Spectrum, AbsentPlanesClassesAndTypesAreTold)
                 HasSubstr("trial 0 of 2: it has no spectra of this class"));
 }
 
+TEST_F(Spectrum, AReferenceChannelAloneHasNoSum)
+{
+    compute({"--channels", "R1"});
+    EXPECT_THAT(run({"--show"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(shown({"--kind", "all"}).at("hz"), SizeIs(5));
+    EXPECT_THAT(shown({"--channel", "R1"}).at("hz"), SizeIs(5));
+}
+
 // Applications may leave such spectra. The largest times and frequencies make the sum plane.
 TEST_F(Spectrum, PlanesOfUnequalSizeBetweenChannelsAreSummedAtTheirOwnIndices)
 {
@@ -249,6 +425,8 @@ TEST_F(Spectrum, SelectionsOutsideThePlaneAreTold)
     EXPECT_THAT(run({"--baseline", "100:-100", "--in-place"}).errors, HasSubstr("no time point lies in the baseline"));
     EXPECT_THAT(run({"--baseline", "100", "--in-place"}).errors, HasSubstr("not of the form A:B"));
     EXPECT_THAT(run({"--cut", "1:x", "--in-place"}).errors, HasSubstr("not of the form A:B"));
+    EXPECT_THAT(run({"--cut", "nan:1", "--in-place"}).errors, HasSubstr("not of the form A:B"));
+    EXPECT_THAT(run({"--baseline", "0:nan", "--in-place"}).errors, HasSubstr("not of the form A:B"));
     EXPECT_NEAR(shown({"--channel", "M1"}).at("values")[20][1].get<double>(), 30.0, 0.01);
 }
 
