@@ -42,7 +42,7 @@ public:
     /// already; 0 for an index out of range, for other numbers of trials and paths ("File path and trial error!"), or
     /// when it can't be read ("Open trial data failed "): the former trial stays current. A trial of other length and
     /// re-sampling than the recording shows "Sample has been changed: %I64d->%I64d, Please re-sample and check the
-    /// data".
+    /// data". A trial that a failed save left in memory is taken as it is, and not read over from its file.
     int openTrial(int trial);
     /// Writes out every trial in memory and frees it. 1; 0 without trials or for other numbers of trials and paths
     /// ("File path and trial error!"). At the first that can't be saved it shows "Save trial data error!" and gives 1:
@@ -300,6 +300,9 @@ protected:
     int trialIndex(int trial) const { return trial == -1 ? m_nCurrentTrial : trial; }
     int saveTrialAt(int index);
     int storeTrialAt(int index);
+    /// Makes a trial current that saveAllTrials has left in memory, behind one that could not be saved; false where the
+    /// place is empty.
+    bool takeResident(int index);
     /// Takes a trial that was read from its file into its place, makes it current and compares it with the recording.
     /// 1; 0 for one without channels, which stays.
     int installOpened(int index, std::unique_ptr<CMDTrialzk> opened);

@@ -26,6 +26,8 @@ int CMEGData::openTrial(int trial)
     if (!checkPathsMatchTrials())
         return 0;
     saveAllTrials();
+    if (takeResident(index))
+        return 1;
     CString path = m_aTrialFilePath.GetAt(index);
     auto opened = tryNew<CMDTrialzk>();
     if (opened == nullptr)
@@ -33,6 +35,15 @@ int CMEGData::openTrial(int trial)
     if (!opened->openTrialData(path, m_pDocument, m_strDatasetPath))
         return fail("Open trial data failed ");
     return installOpened(index, std::move(opened));
+}
+
+// Such a trial is newer than its file.
+bool CMEGData::takeResident(int index)
+{
+    if (m_ppTrial[index] == nullptr)
+        return false;
+    m_nCurrentTrial = index;
+    return true;
 }
 
 int CMEGData::installOpened(int index, std::unique_ptr<CMDTrialzk> opened)

@@ -321,6 +321,8 @@ int CMEGData9FileRecord::openTrialRecord(int trial, const CString& acqPath)
     if (!checkPathsMatchTrials())
         return 0;
     saveAllTrials();
+    if (takeResident(index))
+        return 1;
     if (!acqPath.IsEmpty() && m_pDocument == nullptr)
         return fail(openFailed);
     CString path = m_aTrialFilePath.GetAt(index);

@@ -3,6 +3,7 @@
 #include "megset/core/CArrayMEDataSet.h"
 #include "megset/core/CMEGDatazk.h"
 #include "megset/platform/CException.h"
+#include "megset/platform/CWnd.h"
 #include "megset/ui/CDlgReSamplingMEGData.h"
 
 #include "tests/kit/ScriptedHost.h"
@@ -188,6 +189,23 @@ TEST_F(DatasetArray, TheDialogIsMadeOnceAndShowsTheGivenOrTheCurrentDataset)
     EXPECT_EQ(array.showDlgResampling2NewData(nullptr, nullptr, nullptr, nullptr), 1);
     EXPECT_EQ(array.m_pDlgResampling.get(), dialog);
     EXPECT_EQ(dialog->m_pDataset, first);
+}
+
+TEST_F(DatasetArray, TheDialogIsToldOfTheCallbacksAndOfAParentIfOneIsGiven)
+{
+    CMEGDatazk* const data = add();
+    ASSERT_EQ(data->initMEGData(1, 1, 2), 1);
+    const auto createDocument = []() -> CDocument* { return nullptr; };
+    const auto attach = [](CPtrArray*, CDocument*) { return 0; };
+    CWnd parent;
+    EXPECT_EQ(array.showDlgResampling2NewData(data, &parent, createDocument, attach), 1);
+    const CDlgReSamplingMEGData& dialog = *array.m_pDlgResampling;
+    EXPECT_EQ(dialog.m_createDocument, +createDocument);
+    EXPECT_EQ(dialog.m_attachDatasets, +attach);
+    EXPECT_EQ(dialog.m_pParent, &parent);
+    EXPECT_TRUE(dialog.IsWindowVisible());
+    EXPECT_EQ(array.showDlgResampling2NewData(data, nullptr, createDocument, attach), 1);
+    EXPECT_EQ(dialog.m_pParent, &parent);
 }
 
 TEST_F(DatasetArray, TheDialogNeedsADatasetWithTrials)

@@ -594,5 +594,16 @@ TEST(Session, HasANameAndARecordingThatIsCopied)
     EXPECT_EQ(data.getAverageTrigValue(), 12);
 }
 
+TEST(Session, CountsTheMarkersOfItsTriggersAlone)
+{
+    CMEGDatazk data;
+    for (CMarkerManagerzk* others : {&data.m_mkTrigRecord, &data.m_mkMarker, &data.m_mkSegment, &data.m_mkClass})
+        others->addMarker(std::make_unique<CMarkerDatazk>());
+    EXPECT_EQ(data.getTotalTrigs(), 0);
+    data.m_mkTrig.addMarker(std::make_unique<CMarkerDatazk>());
+    data.m_mkTrig.addMarker(std::make_unique<CMarkerDatazk>());
+    EXPECT_EQ(data.getTotalTrigs(), 2);
+}
+
 } // namespace
 } // namespace megset::CMEGData_test
