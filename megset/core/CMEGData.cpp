@@ -179,7 +179,7 @@ template <class Set>
 int CMEGData::setInTrials(int trial, Set set)
 {
     const int from = trial == -1 ? 0 : trial;
-    const int to = trial == -1 ? m_nTotalTrial - 1 : trial;
+    const int to = trial == -1 ? placedTrials() - 1 : trial;
     int done = 0;
     for (int i = from; i <= to; ++i)
         if (CMDTrialzk* slot = i >= 0 ? getMDTrial(i) : nullptr)

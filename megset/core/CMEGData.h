@@ -8,6 +8,7 @@
 #include "megset/platform/SlotArray.h"
 #include "megset/records/records.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -294,6 +295,8 @@ public:
     int m_nTailWordL = 1;
 
 protected:
+    /// Trials that have a place. A file may count any number of trials for which it has none: walks go by this one.
+    int placedTrials() const { return static_cast<int>(std::min<std::int64_t>(m_nTotalTrial, m_ppTrial.size())); }
     bool pathsMatchTrials() const { return m_aTrialFilePath.GetSize() == m_nTotalTrial; }
     /// The same with its message where they don't.
     bool checkPathsMatchTrials() const;

@@ -87,7 +87,7 @@ int CMEGData0SensorInfo::forward(int trial, bool all, Operation operation)
         CMDTrialzk* slot = getMDTrial(trial);
         return slot != nullptr ? operation(*slot) : 0;
     }
-    for (int i = 0; i < m_nTotalTrial; ++i)
+    for (int i = 0; i < placedTrials(); ++i)
         if (CMDTrialzk* slot = getMDTrial(i))
             operation(*slot);
     return 0;
@@ -121,7 +121,7 @@ template <class Plan>
 void CMEGData0SensorInfo::changeTrials(Plan plan)
 {
     std::vector<GradientPlan> plans;
-    for (int i = 0; i < m_nTotalTrial; ++i)
+    for (int i = 0; i < placedTrials(); ++i)
         if (const CMDTrialzk* slot = getMDTrial(i))
             plan(plans.emplace_back(*slot, *m_recordInfo.getSensorCoefficientzk()));
     for (const GradientPlan& ready : plans)

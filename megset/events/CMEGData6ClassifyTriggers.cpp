@@ -230,7 +230,7 @@ int CMEGData6Classify::scanTrials(const TriggerScanPlan& plan, bool force)
     TriggerCollector collector(*this, plan, clockOf(m_recordInfo));
     std::size_t room = mostTriggers;
     CProgresszk progress(plan.progress, 0, m_nTotalTrial);
-    for (int i = 0; i < m_nTotalTrial; ++i) {
+    for (int i = 0; i < placedTrials(); ++i) {
         progress.setPos(i);
         CMDTrialzk* trial = getTrialzk(i);
         if (!canScan(trial))
@@ -250,7 +250,7 @@ int CMEGData6Classify::trigChannelDcoff(int alsoBackup)
     if (!mayBeScanned("Data may be averaged, Would you like to continue?"))
         return 0;
     CProgresszk progress("Trigger channel Dc off-set...", 0, m_nTotalTrial);
-    for (int i = 0; i < m_nTotalTrial; ++i) {
+    for (int i = 0; i < placedTrials(); ++i) {
         progress.setPos(i);
         const CMDTrialzk* trial = getTrialzk(i);
         for (int c = 0; trial != nullptr && c < trial->getTotalChannel(); ++c)

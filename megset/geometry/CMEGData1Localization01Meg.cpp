@@ -64,7 +64,7 @@ int CMEGData1Localization01Meg::switchSensors(int trial, bool allTrials, Switch 
         switchTrial(*opened, change);
         return 1;
     }
-    for (int i = 0; i < m_nTotalTrial; ++i)
+    for (int i = 0; i < placedTrials(); ++i)
         if (const CMDTrialzk* opened = getTrialzk(i))
             switchTrial(*opened, change);
     return m_nTotalTrial > 0 ? 1 : 0;

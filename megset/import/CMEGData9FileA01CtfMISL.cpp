@@ -147,7 +147,7 @@ int CMEGData9FileA01CtfMISL::initSensorBasic(int geometryCode, int channel, int 
                                              const CString& name2, int nItem, int* pTurns, double* pDewarPos,
                                              double* pDewarDir, double* pHeadPos, double* pHeadDir)
 {
-    for (int i = 0; i < m_nTotalTrial; ++i) {
+    for (int i = 0; i < placedTrials(); ++i) {
         const CMDTrialzk* trial = getMDTrial(i);
         if (trial == nullptr)
             continue;

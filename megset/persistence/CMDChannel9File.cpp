@@ -264,9 +264,8 @@ int CMDChannel9File::serializeBalance(CArchive& ar)
     if (!exchangeGuard(ar, m_pMegBalInf != nullptr, "m_pMegBalInf"))
         return 1;
     if (ar.IsLoading()) {
-        constexpr std::uint64_t smallestEntry = 4 + 1 + 8;
         const bool possible =
-            m_nMegChnlNumBal >= 0 && ar.mayHold(static_cast<std::uint64_t>(m_nMegChnlNumBal) * smallestEntry);
+            m_nMegChnlNumBal >= 0 && ar.mayHold(static_cast<std::uint64_t>(m_nMegChnlNumBal) * sizeof(MEG_BalInfo));
         m_pMegBalInf = possible ? tryNewZeroArray<MEG_BalInfo>(m_nMegChnlNumBal) : nullptr;
         if (m_pMegBalInf == nullptr)
             return 0; // without a message: it is meant so

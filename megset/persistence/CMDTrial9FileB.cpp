@@ -188,9 +188,8 @@ int CMDTrial9FileB::storeChannels(CArchive& ar, ExchangeChannel exchange)
 int CMDTrial9FileB::loadChannels(CArchive& ar, ExchangeChannel exchange)
 {
     SlotArray<CMDChannelzk> channels;
-    constexpr std::uint64_t smallestSlot = 4;
     const bool possible =
-        m_nTotalChannel >= 0 && ar.mayHold(static_cast<std::uint64_t>(m_nTotalChannel) * smallestSlot);
+        m_nTotalChannel >= 0 && ar.mayHold(static_cast<std::uint64_t>(m_nTotalChannel) * sizeof(void*));
     if (!possible || !channels.allocate(m_nTotalChannel))
         return fail("Not enough memory!");
     for (int i = 0; i < m_nTotalChannel; ++i) {

@@ -113,9 +113,8 @@ int CMEGData9FileC::storeElectrodes(CArchive& ar)
 // Nothing is given to a channel before the whole file has been read.
 int CMEGData9FileC::loadElectrodes(CArchive& ar, bool allTrials)
 {
-    constexpr std::uint64_t smallestEntry = 4;
     const int count = ar.exchangeInt(0, "channels");
-    if (count < 1 || !ar.mayHold(static_cast<std::uint64_t>(count) * smallestEntry))
+    if (count < 1 || !ar.mayHold(static_cast<std::uint64_t>(count) * sizeof(ElectrodeEntry)))
         return 0;
     const ElectrodeEntries entries = tryNewZeroArray<ElectrodeEntry>(count);
     if (entries == nullptr)
@@ -152,7 +151,7 @@ CEEGelectrodezk* electrodeOf(CMDChannelzk& channel)
 int CMEGData9FileC::spreadElectrodes(const ElectrodeEntries& entries, int count, bool allTrials)
 {
     const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int last = allTrials ? m_nTotalTrial - 1 : m_nCurrentTrial;
+    const int last = allTrials ? placedTrials() - 1 : m_nCurrentTrial;
     bool compared = false;
     for (int k = first; k <= last; ++k) {
         const CMDTrialzk* trial = trialWithChannels(k);
@@ -264,7 +263,7 @@ int CMEGData9FileC::loadProbes(CArchive& ar, bool allTrials)
             replaceProbes(*trial, std::move(probes));
         return 1;
     }
-    for (int k = 0; k < m_nTotalTrial; ++k) {
+    for (int k = 0; k < placedTrials(); ++k) {
         CMDTrialzk* trial = getTrialzk(k);
         if (trial == nullptr)
             continue;

@@ -117,7 +117,7 @@ int CMEGData2Process::openAndRun(int trial, bool allTrials, Operation operation)
         CMDTrialzk* opened = getTrialzk(trial);
         return opened != nullptr ? operation(*opened) : 0;
     }
-    for (int i = 0; i < m_nTotalTrial; ++i) {
+    for (int i = 0; i < placedTrials(); ++i) {
         CMDTrialzk* opened = getTrialzk(i);
         if (opened != nullptr && !operation(*opened))
             return 0;

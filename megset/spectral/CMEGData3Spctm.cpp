@@ -176,7 +176,7 @@ int CMEGData3Spctm::getSpctmRangeDataset(double* pMin, double* pMax, double* pMe
     double most = 1.0;
     double mean = 0.0;
     int trials = 0;
-    for (int i = 0; i < m_nTotalTrial; ++i) {
+    for (int i = 0; i < placedTrials(); ++i) {
         CMDTrialzk* trial = getMDTrial(i);
         if (trial == nullptr)
             continue;

@@ -77,7 +77,7 @@ protected:
     template <class Operation>
     int forEachOpenedTrial(Operation operation)
     {
-        for (int i = 0; i < m_nTotalTrial; ++i)
+        for (int i = 0; i < placedTrials(); ++i)
             if (CMDTrialzk* trial = getTrialzk(i))
                 operation(*trial);
         return m_nTotalTrial > 0 ? 1 : 0;

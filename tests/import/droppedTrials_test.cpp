@@ -176,6 +176,13 @@ TEST_F(ReadySession, ADropOnAnEmptyDatasetSetsTheRecordingsSampleCounts)
     EXPECT_EQ(wave(channel(0, 0)), channelValues(2, 0, 9));
 }
 
+TEST_F(ReadySession, ADropOfTheThirdModeOnAnEmptyDatasetTakesTheSampleCountOfWhatIsAdded)
+{
+    EXPECT_EQ(data.dropNewTrial(megTrial(2, 2, 9).get(), 3, 0, 1), 1);
+    EXPECT_EQ(recorded(), 9);
+    EXPECT_EQ(wave(channel(0, 0)), channelValues(2, 0, 9));
+}
+
 TEST_F(ReadySession, ADropOfOtherLengthAsksAndOnYesTheTrialIsAddedWhole)
 {
     import(1);
@@ -206,6 +213,17 @@ TEST_F(ReadySession, ADropOfOtherChannelsAsksFirst)
     EXPECT_THAT(host.questions(),
                 ElementsAre(unequalChannels, unequalChannels, unequalSample, unequalChannels, unequalSample));
     EXPECT_EQ(trial(1).getTotalChannel(), 3);
+}
+
+TEST_F(ReadySession, ADropOfOtherChannelsAsksInEveryMode)
+{
+    import(1);
+    const auto given = megTrial(2, 3);
+    for (const int mode : {-1, 0, 1, 2, 3, 4}) {
+        host.willAnswerNo(unequalChannels);
+        EXPECT_EQ(data.dropNewTrial(given.get(), mode, 0, 2), 0) << mode;
+    }
+    EXPECT_EQ(data.m_nTotalTrial, 1);
 }
 
 TEST_F(ReadySession, ADropOfOtherLengthInAnotherModeDoesntAsk)

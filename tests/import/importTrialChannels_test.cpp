@@ -195,9 +195,11 @@ TEST_F(ImportGeometry, AFileThatCantBeWrittenLeavesFewerPathsThanTrials)
 
 TEST_F(ImportGeometry, WithoutMemoryForTheSlotsNothingIsWritten)
 {
+    data.m_aTrialFilePath.Add("before.trl");
     const FailingAllocator failing(1);
     EXPECT_EQ(import(2, 4), 0);
     EXPECT_THAT(host.messages(), ElementsAre("Not enough memory?!"));
+    EXPECT_EQ(data.m_aTrialFilePath.GetSize(), 0);
     EXPECT_THAT(folder.names(), IsEmpty());
 }
 
@@ -261,6 +263,16 @@ TEST_F(ImportGeometry, ASensorMayBeHidden)
     ASSERT_EQ(data.isShowChnl4Alltrials(1), 1);
     EXPECT_EQ(data.initSensorBasic(0, 1, 100, false, "", "", 0, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
     EXPECT_EQ(data.isShowChnl4Alltrials(1), 0);
+}
+
+TEST_F(ImportGeometry, SettingASensorUpMakesTheFlagsThatAreMissing)
+{
+    ASSERT_EQ(import(1, 4), 1);
+    data._cleanChnlParam();
+    EXPECT_EQ(data.initSensorBasic(0, 2, 120, false, "", "", 0, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
+    ASSERT_EQ(data.m_nChnlParamCount, 4);
+    EXPECT_EQ(data.isShowChnl4Alltrials(1), 1);
+    EXPECT_EQ(data.isShowChnl4Alltrials(2), 0);
 }
 
 TEST_F(ImportGeometry, AChannelThatIsNotThereIsPassedOver)

@@ -237,6 +237,21 @@ TEST_F(BrokenChannelRecord, BalanceCountsWithoutEntriesAreCarried)
     }
 }
 
+// An entry takes more memory than bytes of the file: what counts is the memory.
+TEST_F(BrokenChannelRecord, ABalanceThatTakesMoreMemoryThanSuitsALargeFileIsRefused)
+{
+    constexpr std::size_t left = std::size_t{16} << 20U;
+    constexpr std::int32_t count = 1'000'000; // 13 bytes each in the file, 48 and more in memory
+    ByteBuilder bytes = header(newest);
+    bytes.append(identity()).append(rangeAndLabels()).append(geometryType(-1, 0)).append(none(1));
+    bytes.i32(0).i32(count).i32(1).zeros(left);
+    const ScriptedHost host;
+    CMDChannelzk channel;
+    EXPECT_EQ(load(channel, bytes), 0);
+    EXPECT_EQ(channel.m_pMegBalInf, nullptr);
+    EXPECT_THAT(host.messages(), ElementsAre(wrongFormat));
+}
+
 TEST_F(BrokenChannelRecord, ABalanceOfNoEntriesIsAnArrayOfNone)
 {
     Parts parts;

@@ -154,6 +154,17 @@ TEST_F(BrokenTrialFile, ImpossibleChannelCountsAreRefused)
     }
 }
 
+// A place takes more memory than bytes of the file: what counts is the memory.
+TEST_F(BrokenTrialFile, ChannelPlacesThatTakeMoreMemoryThanSuitsALargeFileAreRefused)
+{
+    constexpr int empty = 2'000'000;
+    Parts parts;
+    parts.channels = ByteBuilder().i32(0).i32(empty).i32(1).zeros(std::size_t{4} * empty);
+    EXPECT_THAT(messagesOf(parts, 1), ::testing::IsEmpty()); // all empty, and all there
+    parts.channels = ByteBuilder().i32(0).i32(3 * empty).i32(1).zeros(std::size_t{4} * empty);
+    EXPECT_THAT(messagesOf(parts, 0), ElementsAre(CString("Not enough memory!"), wrongFormat));
+}
+
 TEST_F(BrokenTrialFile, CountsOfListsThatTheFileCannotHoldEndAtItsEnd)
 {
     Parts units;

@@ -59,6 +59,14 @@ TEST_F(AcquiredTrialOnDisk, IsFoundBesideTheDatasetFile)
     EXPECT_THAT(host.calls(), IsEmpty());
 }
 
+TEST_F(AcquiredTrialOnDisk, WithoutADatasetFileIsNotLookedForInTheCurrentDirectory)
+{
+    put("a.trla", "here");
+    folder.enter();
+    host.willAnswerNo("Find trial filea.trla ?");
+    EXPECT_EQ(open("X:\\gone\\a.trla", ""), 0);
+}
+
 TEST_F(AcquiredTrialOnDisk, IsFoundAtTheCurrentDirectoryWithoutABackslashBetween)
 {
     folder.makeFolder("here");
@@ -238,6 +246,20 @@ TEST_F(SavingAnAcquiredTrial, GivesZeroWhenTheChoiceIsCancelledOrCannotBeOpenedE
     EXPECT_EQ(usedPath, path);
     EXPECT_EQ(newFolder, CString());
     EXPECT_TRUE(folder.names().empty());
+}
+
+TEST_F(SavingAnAcquiredTrial, TheDialogOpensOnTheKindOfFileThatWasUsedLast)
+{
+    const CString path = folder.path("nowhere\\a.trla");
+    for (const int index : {2, 1}) {
+        host.willAnswerYes();
+        host.willChooseFile(folder.path("b.trla"), index);
+        EXPECT_EQ(save(path), 2);
+        host.willAnswerYes();
+        host.willCancelFile();
+        EXPECT_EQ(save(path), 0);
+        EXPECT_EQ(host.fileRequests().back().filterIndex, index);
+    }
 }
 
 TEST_F(SavingAnAcquiredTrial, ASectionThatFailsIsTold)

@@ -80,6 +80,14 @@ TEST_F(ElectrodeFile, WithoutATrialHoldsTagAndVersionAlone)
     host.expectNoMessages();
 }
 
+TEST_F(ElectrodeFile, OfATrialWithoutChannelsHoldsTagAndVersionAlone)
+{
+    data.getCurrentTrialPt()->_cleanTrialChannels();
+    EXPECT_TRUE(sameBytes(storedBytes([&](CArchive& ar) { EXPECT_EQ(data.serializeElectrodeInfo(ar, false), 0); }),
+                          electrodeHeader()));
+    host.expectNoMessages();
+}
+
 // ---- reading
 
 TEST_F(ElectrodeFile, GivesTheCurrentTrialElectrodesAndTypes)
@@ -203,6 +211,13 @@ TEST_F(ElectrodeFile, TrialsWithoutChannelsOrFilesArePassedOver)
     EXPECT_THAT(host.messages(), ElementsAre(CString("Open trial data failed ")));
 }
 
+TEST_F(ElectrodeFile, IsNotComparedWithATrialInMemoryThatHasNoChannels)
+{
+    data.getCurrentTrialPt()->_cleanTrialChannels();
+    EXPECT_EQ(loadElectrodes(fourEntries()), 1);
+    EXPECT_THAT(host.calls(), IsEmpty());
+}
+
 TEST_F(ElectrodeFile, WithoutTrialsChangesNothing)
 {
     CMEGDatazk empty;
@@ -318,6 +333,15 @@ TEST_F(ElectrodeFile, CountsBelowOneOrThatTheFileCannotHoldAreRefusedWithoutAMes
         EXPECT_EQ(counting.calls(), 0);
     }
     EXPECT_THAT(host.calls(), IsEmpty());
+}
+
+// An entry takes more memory than bytes of the file: what counts is the memory.
+TEST_F(ElectrodeFile, EntriesThatTakeMoreMemoryThanSuitsALargeFileAreRefused)
+{
+    const std::vector<std::byte> bytes = electrodeHeader().i32(2'000'000).zeros(std::size_t{8} << 20U).bytes();
+    const FailingAllocator counting(0);
+    EXPECT_EQ(loadElectrodes(bytes), 0);
+    EXPECT_EQ(counting.calls(), 0);
 }
 
 TEST_F(ElectrodeFile, ARecordThatCannotBeReadChangesNothing)

@@ -59,6 +59,15 @@ TEST_F(SeegFile, WithoutATrialHoldsTagAndVersionAlone)
     host.expectNoMessages();
 }
 
+TEST_F(SeegFile, OfATrialWithoutChannelsHoldsTagAndVersionAlone)
+{
+    giveProbes({1});
+    trial()._cleanTrialChannels();
+    EXPECT_TRUE(
+        sameBytes(storedBytes([&](CArchive& ar) { EXPECT_EQ(data.serializeSeegInfo(ar, 0), 0); }), seegHeader()));
+    host.expectNoMessages();
+}
+
 // ---- reading
 
 TEST_F(SeegFile, ReplacesTheProbesOfTheCurrentTrial)

@@ -408,6 +408,18 @@ TEST_F(Acquisition, AChosenFileThatIsNoneGivesOneAllTheSame)
     EXPECT_THAT(host.messages(), ElementsAre(CString("Wrong MEG acquisition file format!!?")));
 }
 
+TEST_F(Acquisition, TheKindOfFileIsRememberedUntilTheNextChoice)
+{
+    const CString path = recording.write("b.mega", header(20200728).bytes());
+    for (const int index : {2, 1}) {
+        host.willChooseFile(path, index);
+        EXPECT_EQ(dataset.openRecordMeStd(), 1);
+        host.willCancelFile();
+        EXPECT_EQ(dataset.openRecordMeStd(), 0);
+        EXPECT_EQ(host.fileRequests().back().filterIndex, index);
+    }
+}
+
 TEST_F(Acquisition, ACancelledChoiceOrAFileThatCannotBeOpenedGivesZero)
 {
     host.willCancelFile();

@@ -207,6 +207,17 @@ TEST_F(SeegProbeDialog, ANegativeChannelIsNotStored)
     EXPECT_EQ(contact(0).m_nContactChnlID, 1);
 }
 
+TEST_F(SeegProbeDialog, TheFirstChannelIsShownAndStored)
+{
+    contact(0).m_nContactChnlID = 0;
+    dialog.m_nChannelID = 2;
+    dialog.load();
+    EXPECT_EQ(dialog.m_nChannelID, 0);
+    contact(0).m_nContactChnlID = 1;
+    EXPECT_EQ(dialog.apply(), 1);
+    EXPECT_EQ(contact(0).m_nContactChnlID, 0);
+}
+
 TEST_F(SeegProbeDialog, OkStoresAndCloses)
 {
     dialog.load();

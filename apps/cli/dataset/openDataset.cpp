@@ -65,7 +65,7 @@ void readCurrentTrial(OpenDataset& open)
     dataset.m_nCurrentTrial = std::max(0, std::min(dataset.m_nCurrentTrial, last));
     if (last < 0 || dataset.getCurrentTrialPt() != nullptr)
         return;
-    if (!dataset.m_ppTrial && !dataset.m_ppTrial.allocate(dataset.getTotalTrial()))
+    if (!dataset.m_ppTrial && !dataset.m_ppTrial.allocate(last + 1))
         throw std::runtime_error("there is not enough memory");
     dataset.m_ppTrial.set(dataset.m_nCurrentTrial, readTrial(open, dataset.m_nCurrentTrial));
 }

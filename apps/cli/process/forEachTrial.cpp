@@ -3,16 +3,36 @@
 #include "megset/platform/CProgresszk.h"
 
 #include <algorithm>
-#include <numeric>
 #include <stdexcept>
 
 namespace megset::cli {
 
+namespace {
+
+void visitTrial(OpenDataset& open, int index, const std::function<void(CMDTrialzk&, int)>& change)
+{
+    try {
+        CMDTrialzk* const trial = open.dataset.getTrialzk(index);
+        if (trial == nullptr)
+            throw std::runtime_error("it can't be opened");
+        change(*trial, index);
+    } catch (const std::exception& fault) {
+        throw std::runtime_error("trial " + std::to_string(index) + " of " +
+                                 std::to_string(open.dataset.getTotalTrial()) + ": " + fault.what());
+    }
+}
+
+} // namespace
+
+// Without a list of the trials: a file may count any number of them.
 void forEachTrial(OpenDataset& open, const CString& title, const std::function<void(CMDTrialzk&)>& change)
 {
-    std::vector<int> all(static_cast<std::size_t>(std::max(open.dataset.getTotalTrial(), 0)));
-    std::iota(all.begin(), all.end(), 0);
-    forTrials(open, title, all, [&change](CMDTrialzk& trial, int) { change(trial); });
+    const int total = std::max(open.dataset.getTotalTrial(), 0);
+    CProgresszk progress(title, 0, total);
+    for (int i = 0; i < total; ++i) {
+        visitTrial(open, i, [&change](CMDTrialzk& trial, int) { change(trial); });
+        progress.step();
+    }
 }
 
 void forTrials(OpenDataset& open, const CString& title, const std::vector<int>& trials,
@@ -20,15 +40,7 @@ void forTrials(OpenDataset& open, const CString& title, const std::vector<int>& 
 {
     CProgresszk progress(title, 0, std::ssize(trials));
     for (const int i : trials) {
-        try {
-            CMDTrialzk* const trial = open.dataset.getTrialzk(i);
-            if (trial == nullptr)
-                throw std::runtime_error("it can't be opened");
-            change(*trial, i);
-        } catch (const std::exception& fault) {
-            throw std::runtime_error("trial " + std::to_string(i) + " of " +
-                                     std::to_string(open.dataset.getTotalTrial()) + ": " + fault.what());
-        }
+        visitTrial(open, i, change);
         progress.step();
     }
 }
