@@ -91,7 +91,7 @@ void addElectrodes(CLI::App& program)
     CLI::App* const command =
         program.add_subcommand("electrodes", "List EEG electrodes, save or open them, or take their standard places");
     addChangeOptions(*command, arguments->change);
-    CLI::Option_group* const actions = command->add_option_group("action", "Without one: the list");
+    CLI::Option_group* const actions = command->add_option_group("action", "without one, the list");
     actions->add_option("--save", arguments->save, "Write the electrodes of the current trial to a new file (.epos)");
     actions->add_option("--open", arguments->open, "Take the electrodes of a file (.epos)");
     CLI::Option* const standard = actions->add_flag("--standard", arguments->standard,

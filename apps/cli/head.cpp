@@ -31,7 +31,7 @@ void addHead(CLI::App& program)
     auto arguments = std::make_shared<HeadArguments>();
     CLI::App* const command = program.add_subcommand("head", "Choose the frame that sensors work in, in all trials");
     addChangeOptions(*command, arguments->change);
-    command->add_option("--frame", arguments->frame, "dewar, dewar-measured or head")
+    command->add_option("--frame", arguments->frame, "Frame that the places of sensors are in")
         ->required()
         ->check(CLI::IsMember(frameNames()));
     command->footer("Example:\n  megset head run.meg --frame dewar --out dewar.meg");

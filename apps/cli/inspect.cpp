@@ -32,7 +32,8 @@ void addInspect(CLI::App& program)
     CLI::App* const command = program.add_subcommand(
         "inspect",
         "Show the records and fields of a file with their offsets, and where a broken file ends making sense");
-    command->add_option("FILE", arguments->file, "A trial file or any other record")->required();
+    command->add_option("FILE", arguments->file, "A file of a dataset, a trial, an acquisition, or any other record")
+        ->required();
     command->add_flag("--json", arguments->options.json, "Write the tree as a JSON object");
     command->add_option("--depth", arguments->options.limits.depth, "Levels shown below the record (default: all)")
         ->check(CLI::NonNegativeNumber);

@@ -47,7 +47,8 @@ void addResample(CLI::App& program)
         ->add_option("--new", arguments->made,
                      "Make a dataset that has been recorded so, and can't be brought back to the former rate")
         ->excludes("--out")
-        ->excludes("--in-place");
+        ->excludes("--in-place")
+        ->group(targetHeading);
     command->footer("Example:\n  megset resample run.meg --factor 4 --average --out slow.meg");
     command->callback([arguments] { resample(*arguments); });
 }

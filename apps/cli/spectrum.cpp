@@ -115,31 +115,37 @@ void addComputing(CLI::App& command, CLI::Option_group& what, SpectrumArguments&
     SpectrumRequest& request = arguments.request;
     what.add_option("--freqs", arguments.freqs, "Compute at A:B:STEP Hz");
     what.add_option("--octaves", arguments.octaves, "Compute from A to B Hz, N frequencies an octave: A:B:N");
-    command.add_option("--cycles", request.cycles, "Length of the wavelets")->check(CLI::Range(3.0, 10.0));
-    command.add_option("--channels", request.channels, "Names of channels (default: by kind)")->delimiter(',');
-    command.add_option("--kind", request.kind, "Channels of a kind")
-        ->check(CLI::IsMember(channelKinds()))
-        ->capture_default_str();
-    command.add_option("--samples", request.samples, "Samples A:B, both included (default: all)");
-    command.add_option("--step", request.step, "Samples from one time point to the next (default: 20 ms)")
-        ->check(CLI::PositiveNumber);
-    command.add_option("--edge", request.edge, "Samples left out at each end")->check(CLI::NonNegativeNumber);
-    command.add_flag("--accumulate", request.accumulate, "Add to the spectra that are there");
+    const std::vector<CLI::Option*> options = {
+        command.add_option("--cycles", request.cycles, "Length of the wavelets, 3 to 10")
+            ->check(CLI::Range(3.0, 10.0))
+            ->capture_default_str(),
+        command.add_option("--channels", request.channels, "Names of channels (default: by kind)")->delimiter(','),
+        command.add_option("--samples", request.samples, "Samples A:B, both included (default: all)"),
+        command.add_option("--step", request.step, "Samples from one time point to the next (default: 20 ms)")
+            ->check(CLI::PositiveNumber),
+        command.add_option("--edge", request.edge, "Samples left out at each end")->check(CLI::NonNegativeNumber),
+        command.add_flag("--accumulate", request.accumulate, "Add to the spectra that are there")};
+    for (CLI::Option* option : options)
+        option->group("To compute");
 }
 
 void addShowing(CLI::App& command, CLI::Option_group& what, SpectrumArguments& arguments)
 {
     ShowRequest& shown = arguments.shown;
-    what.add_flag("--show", arguments.show, "Show a spectrum, with latency and frequency");
-    command.add_option("--trial", shown.trial, "A trial, counted from 0 (default: the current one)")
-        ->check(CLI::NonNegativeNumber);
+    CLI::Option* const show = what.add_flag("--show", arguments.show, "Show a spectrum, with latency and frequency");
     CLI::Option* const channel = command.add_option("--channel", shown.channel, "The spectrum of one channel");
-    command.add_option("--sum", shown.sum, "The statistic over good and shown channels (default: mean)")
-        ->check(CLI::IsMember({"mean", "min", "max", "positive", "negative", "rms"}))
-        ->excludes(channel);
-    command.add_flag("--json", arguments.json, "Write a JSON object");
-    command.add_option("--npy", arguments.npy, "NumPy file of times x frequencies");
-    command.add_option("--svg", arguments.svg, "Picture");
+    const std::vector<CLI::Option*> options = {
+        channel,
+        command.add_option("--sum", shown.sum, "The statistic over good and shown channels (default: mean)")
+            ->check(CLI::IsMember({"mean", "min", "max", "positive", "negative", "rms"}))
+            ->excludes(channel),
+        command.add_option("--trial", shown.trial, "A trial, counted from 0 (default: the current one)")
+            ->check(CLI::NonNegativeNumber),
+        command.add_flag("--json", arguments.json, "Write a JSON object"),
+        command.add_option("--npy", arguments.npy, "NumPy file of times x frequencies"),
+        command.add_option("--svg", arguments.svg, "Picture")};
+    for (CLI::Option* option : options)
+        option->needs(show)->group("To show");
 }
 
 void addEditing(CLI::Option_group& what, SpectrumArguments& arguments)
@@ -167,6 +173,9 @@ void addSpectrum(CLI::App& program)
     addShowing(*command, *what, *arguments);
     addEditing(*what, *arguments);
     what->require_option(1);
+    command->add_option("--kind", arguments->request.kind, "Channels of a kind")
+        ->check(CLI::IsMember(channelKinds()))
+        ->capture_default_str();
     command->add_option("--class", arguments->className, "Class of spectra")
         ->check(CLI::IsMember({"active", "control", "result"}))
         ->capture_default_str();

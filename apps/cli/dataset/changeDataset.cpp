@@ -7,7 +7,9 @@
 #include "megset/platform/CFile.h"
 #include "megset/platform/CFileDialog.h"
 #include "megset/platform/paths.h"
+#include "megset/platform/terminal.h"
 
+#include <optional>
 #include <stdexcept>
 
 namespace megset::cli {
@@ -40,7 +42,7 @@ fs::path absolutePath(const fs::path& path)
     return fs::absolute(path).lexically_normal();
 }
 
-// Where the result goes: as told, or as the user says now.
+// Where the result goes, as the user says now; only a terminal is asked.
 fs::path askForTarget(const ChangeArguments& arguments)
 {
     FileRequest request;
@@ -48,7 +50,8 @@ fs::path askForTarget(const ChangeArguments& arguments)
     request.filter = "MEG datasets (*.meg)|*.meg||";
     request.defaultExtension = "meg";
     request.pathMustExist = true;
-    const auto choice = AfxGetHost().chooseFile(request);
+    const bool mayAsk = isTerminal(0) && isTerminal(2) && !arguments.yes && !arguments.no;
+    const auto choice = mayAsk ? AfxGetHost().chooseFile(request) : std::nullopt;
     if (!choice)
         failWithoutTarget(arguments.dataset, "dataset");
     return toNative(choice->path);
@@ -133,7 +136,9 @@ void copyDataset(const fs::path& from, const fs::path& target, CreatedFiles& cre
 void addAnswerOptions(CLI::App& command, bool& yes, bool& no)
 {
     CLI::Option* const yesOption = command.add_flag("--yes", yes, "Answer every question with yes");
-    command.add_flag("--no", no, "Answer every question with no")->excludes(yesOption);
+    CLI::Option* const noOption = command.add_flag("--no", no, "Answer every question with no")->excludes(yesOption);
+    for (CLI::Option* option : {yesOption, noOption})
+        option->group(answersHeading);
 }
 
 void addChangeOptions(CLI::App& command, ChangeArguments& arguments)
@@ -147,7 +152,10 @@ void addTargetOptions(CLI::App& command, ChangeArguments& arguments, const std::
 {
     CLI::Option* const out =
         command.add_option("--out", arguments.out, "Leave the " + what + " as it is, and write the changed one here");
-    command.add_flag("--in-place", arguments.inPlace, "Change the " + what + " itself")->excludes(out);
+    CLI::Option* const inPlace =
+        command.add_flag("--in-place", arguments.inPlace, "Change the " + what + " itself")->excludes(out);
+    for (CLI::Option* option : {out, inPlace})
+        option->group(targetHeading);
 }
 
 void failWithoutTarget(const std::string& path, const std::string& what)

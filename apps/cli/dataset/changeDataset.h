@@ -20,6 +20,10 @@ struct ChangeArguments
     bool no = false;
 };
 
+/// Headings of the options in a command's help.
+inline constexpr const char* targetHeading = "Where the result goes";
+inline constexpr const char* answersHeading = "What questions are answered";
+
 /// DATASET, --out, --in-place, --yes and --no.
 void addChangeOptions(CLI::App& command, ChangeArguments& arguments);
 

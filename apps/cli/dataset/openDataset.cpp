@@ -49,6 +49,9 @@ std::unique_ptr<OpenDataset> openFile(const std::filesystem::path& path, CFile& 
 {
     auto open = std::make_unique<OpenDataset>();
     open->path = std::filesystem::absolute(path).lexically_normal();
+    std::error_code ignored;
+    if (std::filesystem::is_directory(open->path, ignored))
+        throw fault(open->path, "is a folder, not a dataset; megset import makes one of a recording");
     CFileException exception;
     if (!file.Open(fromNative(open->path), CFile::modeRead | sharing, &exception))
         throw std::runtime_error(showControlCharacters(exception.GetErrorMessage()).toUtf8());

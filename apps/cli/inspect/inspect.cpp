@@ -21,6 +21,9 @@ constexpr int messageColumns = 200;
 // Shared with whoever has the file open: to look at it changes nothing.
 void open(CFile& file, const std::filesystem::path& path)
 {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored))
+        throw std::runtime_error(shownPath(path) + ": is a folder; its files can be looked at one by one");
     CFileException fault;
     if (!file.Open(fromNative(path), CFile::modeRead | CFile::shareDenyNone, &fault))
         throw std::runtime_error(showControlCharacters(fault.GetErrorMessage()).toUtf8());

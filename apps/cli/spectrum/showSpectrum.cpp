@@ -2,6 +2,7 @@
 
 #include "apps/cli/dataset/channelKind.h"
 #include "apps/cli/dataset/channelSelection.h"
+#include "apps/cli/dataset/shownLine.h"
 #include "apps/cli/inspect/MessageRecorder.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
@@ -61,13 +62,26 @@ Plane summedPlane(OpenDataset& open, CMDTrialzk& trial, const ShowRequest& reque
     return {sumPlane(*sum, request.sum), sum->m_nTimePt, sum->m_nFreqPt};
 }
 
-std::string titleOf(const ShowRequest& request)
+std::string typeOf(const ShowRequest& request)
 {
     static const char* const types[] = {"real part", "imaginary part", "magnitude", "phase"};
-    const std::string type = types[request.type];
+    return types[request.type];
+}
+
+std::string titleOf(const ShowRequest& request)
+{
+    const std::string type = typeOf(request);
     if (!request.channel.empty())
         return request.channel + ", " + type;
     return type + ", " + (request.sum.empty() ? "mean" : request.sum) + " over channels";
+}
+
+// The spectrum that is asked for, as the options tell it.
+std::string wantedBy(const ShowRequest& request)
+{
+    static const char* const classes[] = {"active", "control", "result"};
+    const std::string channels = request.channel.empty() ? request.kind + " channels" : shownLine(request.channel);
+    return channels + ", class " + classes[request.classIndex] + ", " + typeOf(request);
 }
 
 std::string unitOf(const CMDTrialzk& trial, const ShowRequest& request)
@@ -95,7 +109,7 @@ SpectrumMap readSpectrum(OpenDataset& open, const ShowRequest& request)
     CSpctmTrialzk* const spectrum = trial->getSpctmTrial(false, request.classIndex);
     const Plane plane = request.channel.empty() ? summedPlane(open, *trial, request) : channelPlane(*trial, request);
     if (spectrum == nullptr || plane.values == nullptr)
-        throw std::runtime_error("trial " + std::to_string(index) + " has no such spectrum");
+        throw std::runtime_error("trial " + std::to_string(index) + " has no such spectrum: " + wantedBy(request));
     SpectrumMap map = {titleOf(request), unitOf(*trial, request), {}, {}, {}};
     const CMEGRecordInfozkProzk& recording = open.dataset.m_recordInfo;
     for (std::int64_t t = 0; t < plane.times; ++t)

@@ -233,7 +233,8 @@ TEST_F(Gradient, WithoutATargetAndATerminalItIsSaidWhatIsMissing)
 {
     const auto result = runMegset({"gradient", sample.path(), "--order", "3"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.errors, HasSubstr("--out NEW.meg or --in-place"));
+    EXPECT_EQ(result.errors,
+              "megset: " + sample.path() + ": say where the changed dataset goes, --out NEW.meg or --in-place\n");
 }
 
 TEST_F(Gradient, WrongOrderAndContradictingOptionsAreWrongUsage)

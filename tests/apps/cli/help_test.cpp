@@ -11,6 +11,7 @@ namespace megset::cli::help_test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 // All commands, as bash completes them behind the program's name.
 std::vector<std::string> commands()
@@ -33,6 +34,44 @@ TEST(Help, EveryCommandTellsItsOptionsWithAnExample)
         EXPECT_EQ(help.exitCode, 0) << command;
         EXPECT_THAT(help.output, HasSubstr("Example:\n  megset ")) << command;
     }
+}
+
+TEST(Help, OfTheProgramHasItsCommandsUnderHeadings)
+{
+    const std::string help = runMegset({"--help"}).output;
+    EXPECT_THAT(help, HasSubstr("Usage: megset [OPTIONS] [COMMAND]\n"));
+    EXPECT_THAT(help, HasSubstr("\nTo get a dataset:\n  import  "));
+    EXPECT_THAT(help, HasSubstr("\nTo find and mark events:\n  triggers  "));
+    EXPECT_THAT(help, HasSubstr("\nmegset COMMAND --help tells the options of a command"));
+    for (const std::string& command : commands())
+        EXPECT_THAT(help, HasSubstr("\n  " + command + "  "));
+}
+
+TEST(Help, TellsTheValuesThatAnOptionTakes)
+{
+    const std::string help = runMegset({"measure", "--help"}).output;
+    EXPECT_THAT(help, HasSubstr("\nArguments:\n  DATASET  "));
+    EXPECT_THAT(help, HasSubstr("  --channels TEXT,...  "));
+    EXPECT_THAT(help, HasSubstr("  --kind {meg,ref,eeg,trigger,other,all}\n"));
+    EXPECT_THAT(help, HasSubstr(" All channels of a kind (default: meg)\n"));
+    EXPECT_THAT(help, HasSubstr("  --trial INT  "));
+    EXPECT_THAT(runMegset({"gradient", "--help"}).output, HasSubstr(" Gradient order, 0 (none) to 3 (required)\n"));
+}
+
+TEST(Help, TellsWhichOptionsBelongTogether)
+{
+    EXPECT_THAT(runMegset({"export", "--help"}).output, HasSubstr("\nOne of these:\n  --npy TEXT  "));
+    EXPECT_THAT(runMegset({"channels", "--help"}).output, HasSubstr("\nAt least one of these:\n  --good TEXT,...  "));
+    EXPECT_THAT(runMegset({"electrodes", "--help"}).output,
+                HasSubstr("\nAt most one of these (without one, the list):\n  --save TEXT  "));
+    EXPECT_THAT(runMegset({"blank", "--help"}).output, HasSubstr("\nWhere the result goes:\n  --out TEXT  "));
+}
+
+TEST(Help, HasNoWordsOfTheParser)
+{
+    for (const std::string& command : commands())
+        for (const char* word : {"REQUIRED", "Excludes:", "Needs:", "Option Group", ":NONNEGATIVE", "SUBCOMMAND"})
+            EXPECT_THAT(runMegset({command, "--help"}).output, Not(HasSubstr(word))) << command;
 }
 
 TEST(Help, EveryCommandIsInTheDocumentation)

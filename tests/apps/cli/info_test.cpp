@@ -154,6 +154,14 @@ TEST(Info, FileThatIsNoDatasetIsToldWithItsPath)
     EXPECT_EQ(result.output, "");
 }
 
+TEST(Info, FolderIsToldAsOneWithTheWayToADataset)
+{
+    const TemporaryFolder folder;
+    const auto result = runMegset({"info", folder.native().string()});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr(": is a folder, not a dataset; megset import makes one of a recording"));
+}
+
 TEST(Info, MissingFileIsTold)
 {
     const auto result = runMegset({"info", "/no/such/file.meg"});

@@ -10,6 +10,7 @@ namespace megset::program_test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 kit::ProgramResult megsetProgram(const std::vector<std::string>& arguments)
@@ -57,6 +58,28 @@ TEST(Program, UnknownCommandIsWrongUsage)
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.output, "");
     EXPECT_THAT(result.errors, HasSubstr("no-such-command"));
+}
+
+TEST(Program, UnknownCommandIsToldWithTheNearestNames)
+{
+    const std::string errors = megsetProgram({"gradeint", "run.meg"}).errors;
+    EXPECT_THAT(errors, StartsWith("megset: there is no command gradeint; the nearest names are gradient, "));
+    EXPECT_THAT(errors, HasSubstr("\nmegset --help tells the options.\n"));
+    EXPECT_THAT(megsetProgram({"\x1b[2J"}).errors, Not(HasSubstr("\x1b")));
+}
+
+TEST(Program, WrongUsageNamesTheCommandAndItsHelp)
+{
+    const auto result = megsetProgram({"info"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "megset info: DATASET is required\nmegset info --help tells the options.\n");
+}
+
+TEST(Program, FolderToInspectIsToldAsOne)
+{
+    const auto result = megsetProgram({"inspect", "/tmp"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "megset: /tmp: is a folder; its files can be looked at one by one\n");
 }
 
 TEST(Program, OutputThatCannotBeWrittenIsAFailure)

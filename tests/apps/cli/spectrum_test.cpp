@@ -326,19 +326,23 @@ TEST_F(Spectrum, PictureAndNumPyFileAreWritten)
 
 TEST_F(Spectrum, FaultsAreTold)
 {
-    EXPECT_THAT(run({"--show"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--show"}).errors, HasSubstr("has no such spectrum: meg channels, class active, magnitude\n"));
     EXPECT_THAT(run({"--scale", "2", "--in-place"}).errors, HasSubstr("it has no spectra of this class"));
     EXPECT_THAT(run({"--freqs", "10:150:10", "--in-place"}).errors, HasSubstr("half of the sampling rate"));
     EXPECT_THAT(run({"--freqs", "x", "--in-place"}).errors, HasSubstr("not of the form"));
     EXPECT_THAT(run({"--freqs", "10:20:1", "--edge", "100", "--in-place"}).errors, HasSubstr("no sample is left"));
     EXPECT_EQ(run({"--in-place"}).exitCode, 2);
     EXPECT_EQ(run({"--freqs", "1:2:1", "--log", "--in-place"}).exitCode, 2);
+    EXPECT_EQ(run({"--freqs", "1:2:1", "--trial", "0", "--in-place"}).exitCode, 2);
+    EXPECT_EQ(run({"--log", "--json", "--in-place"}).exitCode, 2);
 }
 
 TEST_F(Spectrum, AbsentPlanesClassesAndTypesAreTold)
 {
     compute({"--channels", "M1"});
     EXPECT_THAT(run({"--show", "--channel", "M2"}).errors, HasSubstr("has no such spectrum"));
+    EXPECT_THAT(run({"--show", "--channel", "M1", "--class", "control", "--type", "phase"}).errors,
+                HasSubstr("has no such spectrum: M1, class control, phase\n"));
     EXPECT_THAT(run({"--show", "--class", "control"}).errors, HasSubstr("has no such spectrum"));
     EXPECT_THAT(run({"--show", "--kind", "eeg"}).errors, HasSubstr("has no such spectrum"));
     EXPECT_THAT(run({"--show", "--channel", "M9"}).errors, HasSubstr("there is no channel M9; the nearest names are"));
