@@ -2,13 +2,15 @@
 // loaded and stored again, and must be the same then.
 //
 // The paths of trials are the input's: no file is looked for while they stand. The conversion is run on what is left of
-// a dataset without them.
+// a dataset without them, and with others that have a trial behind them. A trial's file must load as its bytes do.
 
+#include "fuzz/ScratchFolder.h"
 #include "fuzz/storeAndReload.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"
+#include "megset/platform/CDocument.h"
 
 #include <cstdint>
 #include <span>
@@ -44,23 +46,63 @@ void convertNothing(CMEGDatazk& dataset)
     dataset.getTrialRecord(-1);
 }
 
+// Opens a file of the dataset whose slots have a trial's file, none, and one that is no trial.
+void convertFiles(AcquiredDataset& dataset)
+{
+    const KeepDirectory keep;
+    scratch().clear();
+    AcquiredTrial trial;
+    require(trial.allocateChannels(1));
+    require(trial.getChannel(0)->initData(3, true) != 0);
+    dataset.m_aRecordTrialPath.RemoveAll();
+    dataset.m_aRecordTrialPath.Add(scratch().write("fuzz.trla", stored(trial)));
+    dataset.m_aRecordTrialPath.Add(scratch().path("absent.trla"));
+    dataset.m_aRecordTrialPath.Add(scratch().write("other.trla", stored(dataset)));
+    const CString path = scratch().write("fuzz.mega", stored(dataset));
+    CDocument document;
+    document.SetPathName(scratch().path("fuzz.meg"));
+    CMEGDatazk opened;
+    opened.openRecordMeX(path, &document);
+    opened.openTrialRecord(0, path);
+    opened.getTrialRecord(-1);
+}
+
 void runDataset(std::span<const std::byte> input)
 {
     AcquiredDataset dataset;
     if (!load(dataset, input))
         return;
     // The slots are bounded by the size of the file, which may become smaller: there is nothing in them to store.
-    dataset.m_ppTrial.reset();
+    SlotArray<CMDTrialzk> slots = std::move(dataset.m_ppTrial);
     storeAndReload(dataset);
     limitMemory(input.size(), 16);
     convertNothing(dataset);
+    dataset.m_ppTrial = std::move(slots);
+    limitMemory(input.size(), 16);
+    convertFiles(dataset);
+}
+
+bool open(CMDTrialzk& trial, const CString& path)
+{
+    try {
+        return trial.openTrialAcq(path, "", "") == 1;
+    } catch (const CArchiveException&) {
+        return false;
+    }
 }
 
 void runTrial(std::span<const std::byte> input)
 {
     AcquiredTrial trial;
-    if (!load(trial, input))
+    const bool isReadable = load(trial, input);
+    CMDTrialzk fromFile;
+    limitMemory(input.size());
+    require(open(fromFile, scratch().write("fuzz.trla", input)) == isReadable);
+    if (!isReadable)
         return;
+    CString path = scratch().path("copy.trla");
+    CString folder;
+    require(fromFile.saveTrialAcq(path, folder) == 1);
     // The file says by this field whether a common-reference unit follows: with 0 there it can't be read back.
     if (trial.m_pMontageCr != nullptr && trial.m_nTrialReservedB == 0)
         trial.m_nTrialReservedB = 1;

@@ -127,6 +127,8 @@ TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)
     seeds["probes_too_many"] = seed(3, seegHeader().i32(1).i64(INT64_MAX));
     seeds["array_empty"] = seed(4, ByteBuilder(header).i32(0).i32(0));
     seeds["array"] = seed(4, ByteBuilder(header).i32(1).i32(3).i32(0).i32(1).append(dataset).i32(1).append(dataset));
+    // The magic, a rate, and a name in 257 bytes.
+    seeds["exchange"] = seed(5, ByteBuilder().raw({'M', 'E', 'G', 'T'}).f64(600.0).zeros(257));
     compareOrWrite("information_fuzz", seeds);
 }
 
