@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <span>
 #include <string>
 #include <system_error>
@@ -67,6 +68,18 @@ inline const ScratchFolder& scratch()
     static const ScratchFolder folder;
     return folder;
 }
+
+/// Answers every question with Yes, and chooses one file of the scratch folder.
+class YesHost : public SilentHost
+{
+public:
+    explicit YesHost(const CString& file) : m_file(file) {}
+    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDYES : IDOK; }
+    std::optional<FileChoice> chooseFile(const FileRequest&) override { return FileChoice{scratch().path(m_file), 1}; }
+
+private:
+    CString m_file;
+};
 
 /// The library moves to the folder of a dataset, while what the fuzzer writes has paths from where it was started.
 class KeepDirectory

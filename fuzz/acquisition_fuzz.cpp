@@ -13,6 +13,7 @@
 #include "megset/platform/CDocument.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 
 namespace megset {
@@ -46,25 +47,44 @@ void convertNothing(CMEGDatazk& dataset)
     dataset.getTrialRecord(-1);
 }
 
-// Opens a file of the dataset whose slots have a trial's file, none, and one that is no trial.
-void convertFiles(AcquiredDataset& dataset)
+CString writeTrial()
 {
-    const KeepDirectory keep;
-    scratch().clear();
     AcquiredTrial trial;
     require(trial.allocateChannels(1));
     require(trial.getChannel(0)->initData(3, true) != 0);
+    return scratch().write("fuzz.trla", stored(trial));
+}
+
+// Opens a file of the dataset whose first trials are in the given files; for more slots there is no path.
+void convertFiles(AcquiredDataset& dataset, std::initializer_list<CString> trials)
+{
     dataset.m_aRecordTrialPath.RemoveAll();
-    dataset.m_aRecordTrialPath.Add(scratch().write("fuzz.trla", stored(trial)));
-    dataset.m_aRecordTrialPath.Add(scratch().path("absent.trla"));
-    dataset.m_aRecordTrialPath.Add(scratch().write("other.trla", stored(dataset)));
+    for (const CString& path : trials)
+        if (dataset.m_aRecordTrialPath.GetSize() < dataset.m_ppTrial.size())
+            dataset.m_aRecordTrialPath.Add(path);
     const CString path = scratch().write("fuzz.mega", stored(dataset));
     CDocument document;
     document.SetPathName(scratch().path("fuzz.meg"));
     CMEGDatazk opened;
     opened.openRecordMeX(path, &document);
-    opened.openTrialRecord(0, path);
-    opened.getTrialRecord(-1);
+    for (const int trial : {0, 1}) {
+        opened.openTrialRecord(trial, "");
+        opened.openTrialRecord(trial, path);
+        opened.getTrialRecord(-1);
+    }
+    CMEGDatazk chosen;
+    chosen.openRecordMeStd();
+}
+
+// Trials that are there, one that is not, and one that is a dataset. What the host chooses is a dataset, too.
+void convertFiles(AcquiredDataset& dataset)
+{
+    const KeepDirectory keep;
+    scratch().clear();
+    std::filesystem::current_path(scratch().native()); // a dataset without a folder writes where it is
+    const CString trial = writeTrial();
+    convertFiles(dataset, {trial, trial});
+    convertFiles(dataset, {trial, scratch().path("absent.trla"), scratch().path("fuzz.mega")});
 }
 
 void runDataset(std::span<const std::byte> input)
@@ -103,6 +123,8 @@ void runTrial(std::span<const std::byte> input)
     CString path = scratch().path("copy.trla");
     CString folder;
     require(fromFile.saveTrialAcq(path, folder) == 1);
+    path = scratch().path("absent\\copy.trla");
+    require(fromFile.saveTrialAcq(path, folder) == 2);
     // The file says by this field whether a common-reference unit follows: with 0 there it can't be read back.
     if (trial.m_pMontageCr != nullptr && trial.m_nTrialReservedB == 0)
         trial.m_nTrialReservedB = 1;
@@ -141,6 +163,8 @@ void run(std::span<const std::byte> input)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     megset::beginFuzzing();
+    static megset::YesHost host("fuzz.mega");
+    megset::AfxSetHost(&host);
     return 0;
 }
 

@@ -11,23 +11,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 
 namespace megset {
 namespace {
-
-// Another number of channels is no reason to stop. There is one file to choose, whose name has both ends
-// already, so that none is added.
-class YesHost : public SilentHost
-{
-public:
-    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDYES : IDOK; }
-    std::optional<FileChoice> chooseFile(const FileRequest&) override
-    {
-        return FileChoice{scratch().path("fuzz.epos.seeg"), 1};
-    }
-};
 
 // A dataset of one trial in memory: channels without geometry, of a sensor, and of electrodes.
 template <class Format>
@@ -166,7 +153,9 @@ void run(std::span<const std::byte> input)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     megset::beginFuzzing();
-    static megset::YesHost host;
+    // Another number of channels is no reason to stop. The name has the ends of both kinds of files already, so that
+    // none is added.
+    static megset::YesHost host("fuzz.epos.seeg");
     megset::AfxSetHost(&host);
     return 0;
 }

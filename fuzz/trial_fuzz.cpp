@@ -72,6 +72,10 @@ void useFile(std::span<const std::byte> input, bool isReadable)
     require(trial.saveTrialData(path, &document, document.GetPathName(), true) == 1);
     CMDTrialzk copy;
     require(open(copy, path, document));
+    // There is no such folder; the host chooses another place.
+    limitMemory(input.size(), 16);
+    path = scratch().path("absent\\copy.trl");
+    require(trial.saveTrialData(path, &document, document.GetPathName(), true) == 1);
 }
 
 void run(std::span<const std::byte> input)
@@ -93,6 +97,8 @@ void run(std::span<const std::byte> input)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     megset::beginFuzzing();
+    static megset::YesHost host("chosen.trl");
+    megset::AfxSetHost(&host);
     return 0;
 }
 

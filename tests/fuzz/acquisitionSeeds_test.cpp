@@ -61,6 +61,8 @@ TEST(AcquisitionFuzzSeeds, AreWhatTheyAreSaidToBe)
     acq::Parts slots = smallDataset();
     slots.trials.presence = 1;
     seeds["dataset_slots"] = seed(0, acq::record(acq::newest, slots));
+    slots.trials.session = slots.trials.fileName = "";
+    seeds["dataset_slots_unnamed"] = seed(0, acq::record(acq::newest, slots));
     seeds["trial"] = seed(1, acq::trial(acq::filledTrial(1)));
     seeds["trial_empty"] = seed(1, acq::trial(acq::TrialParts()));
     seeds["trial_small"] = seed(1, acq::trial(acq::namedTrial("T", {{1.0, 2.0}, {3.0, 4.0}})));
