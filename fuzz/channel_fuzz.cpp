@@ -40,8 +40,16 @@ void use(CMDChannelzk& channel)
     stored(copy);
 }
 
+// The oldest records end behind their version.
+struct OldChannel : CMDChannelzk
+{
+    int serializezk(CArchive& ar) { return serializezk_obsolete20071230(ar, true); }
+};
+
 void run(std::span<const std::byte> input)
 {
+    OldChannel old;
+    load(old, input);
     CMDChannelzk channel;
     if (load(channel, input))
         storeAndReload(channel);

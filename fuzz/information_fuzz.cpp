@@ -1,6 +1,7 @@
-// Gives a trial the electrodes or probes of the input, or reads an array of datasets from it: the first byte says
-// which. What is stored then must load and be stored as the same bytes again.
+// Gives a trial the electrodes or probes of the input, or reads an array of datasets or an exchange file from it: the
+// first byte says which. What is stored then must load and be stored as the same bytes again, also by way of a file.
 
+#include "fuzz/ScratchFolder.h"
 #include "fuzz/storeAndReload.h"
 
 #include "megset/core/CArrayMEDataSet.h"
@@ -15,15 +16,8 @@
 namespace megset {
 namespace {
 
-// Another number of channels is no reason to stop.
-class YesHost : public SilentHost
-{
-public:
-    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDYES : IDOK; }
-};
-
 // A dataset of one trial in memory: channels without geometry, of a sensor, and of electrodes.
-template <int (*exchange)(CMEGDatazk&, CArchive&)>
+template <class Format>
 struct WithTrial
 {
     WithTrial()
@@ -35,21 +29,45 @@ struct WithTrial
             channel.m_nChannelType = i < 4 ? 101 : 302;
         }
     }
-    int serializezk(CArchive& ar) { return exchange(data, ar); }
+    int serializezk(CArchive& ar) { return Format::exchange(data, ar); }
+    int openFile() { return Format::openFile(data); }
+    int saveFile() { return Format::saveFile(data); }
 
     CMEGDatazk data;
 };
 
 template <bool all>
-int exchangeElectrodes(CMEGDatazk& data, CArchive& ar)
+struct Electrodes
 {
-    return data.serializeElectrodeInfo(ar, all);
-}
+    static int exchange(CMEGDatazk& data, CArchive& ar) { return data.serializeElectrodeInfo(ar, all); }
+    static int openFile(CMEGDatazk& data) { return data.openElectrodeInfo(all); }
+    static int saveFile(CMEGDatazk& data) { return data.saveElectrodesInfo(); }
+};
 
 template <int all>
-int exchangeProbes(CMEGDatazk& data, CArchive& ar)
+struct Probes
 {
-    return data.serializeSeegInfo(ar, all);
+    static int exchange(CMEGDatazk& data, CArchive& ar) { return data.serializeSeegInfo(ar, all); }
+    static int openFile(CMEGDatazk& data) { return data.openSeegInfo(all); }
+    static int saveFile(CMEGDatazk& data) { return data.saveSeegInfo(); }
+};
+
+// What came of the input is stored as the same bytes when the input stood in a file, and when it went through one.
+template <class Information>
+void useFile(std::span<const std::byte> input, const std::vector<std::byte>& bytes)
+{
+    limitMemory(input.size(), 16);
+    Information first;
+    scratch().write("fuzz.epos.seeg", input);
+    try {
+        first.openFile();
+    } catch (const CArchiveException&) {
+    }
+    require(stored(first) == bytes);
+    require(first.saveFile() == 1);
+    Information back;
+    require(back.openFile() == 1);
+    require(stored(back) == bytes);
 }
 
 // Whatever came of the load, the trial has something to store, which it gets once more: entries that are none leave its
@@ -64,6 +82,7 @@ void runInformation(std::span<const std::byte> input)
     limitMemory(bytes.size(), 16);
     require(load(first, bytes));
     require(stored(first) == bytes);
+    useFile<Information>(input, bytes);
 }
 
 struct ArrayWithoutTrials : CArrayMEDataSetzk
@@ -95,22 +114,36 @@ void runArray(std::span<const std::byte> input)
     array.getSessionData(0);
 }
 
+// Into a dataset without trials, and into one that has some.
+void runExchange(std::span<const std::byte> input)
+{
+    limitMemory(input.size());
+    CMEGDatazk data;
+    for (int trials = 0; trials < 2; ++trials) {
+        CMemFile file(input);
+        const int done = data.export_importMEGData(file, true, -1);
+        require(done == 0 || data.getTotalTrial() == trials + 1);
+    }
+}
+
 void run(std::span<const std::byte> input)
 {
     if (input.empty())
         return;
     const auto rest = input.subspan(1);
-    switch (std::to_integer<int>(input[0]) % 5) {
+    switch (std::to_integer<int>(input[0]) % 6) {
     case 0:
-        return runInformation<WithTrial<exchangeElectrodes<false>>>(rest);
+        return runInformation<WithTrial<Electrodes<false>>>(rest);
     case 1:
-        return runInformation<WithTrial<exchangeElectrodes<true>>>(rest);
+        return runInformation<WithTrial<Electrodes<true>>>(rest);
     case 2:
-        return runInformation<WithTrial<exchangeProbes<0>>>(rest);
+        return runInformation<WithTrial<Probes<0>>>(rest);
     case 3:
-        return runInformation<WithTrial<exchangeProbes<1>>>(rest);
-    default:
+        return runInformation<WithTrial<Probes<1>>>(rest);
+    case 4:
         return runArray(rest);
+    default:
+        return runExchange(rest);
     }
 }
 
@@ -120,7 +153,9 @@ void run(std::span<const std::byte> input)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     megset::beginFuzzing();
-    static megset::YesHost host;
+    // Another number of channels is no reason to stop. The name has the ends of both kinds of files already, so that
+    // none is added.
+    static megset::YesHost host("fuzz.epos.seeg");
     megset::AfxSetHost(&host);
     return 0;
 }

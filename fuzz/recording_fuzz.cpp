@@ -1,10 +1,11 @@
-// Loads a record of recording information from the input. What could be loaded is stored, loaded and stored again, and
-// must be the same then; and whatever came of the load, the operations on the record must get along with it.
+// Loads a record from the input. What could be loaded is stored, loaded and stored again, and must be the same then;
+// and whatever came of the load, the operations on the record must get along with it.
 //
-// The first byte says which record the rest is, modulo 2: recording information, or the basic information. Coefficients
-// by themselves are those of coefficients_fuzz.
+// The first byte says which record the rest is: recording information, its basic part, or one of those that are made to
+// be kept by themselves. Coefficients are those of coefficients_fuzz.
 
 #include "fuzz/storeAndReload.h"
+#include "fuzz/useRecord.h"
 
 #include "megset/records/records.h"
 
@@ -18,22 +19,25 @@ namespace {
 template <class Base>
 struct Record : Base
 {
-    int serializezk(CArchive& ar) { return this->serialize(ar); }
+    int serializezk(CArchive& ar)
+    {
+        Base& record = *this;
+        if constexpr (requires { record.serializezk(ar); })
+            return record.serializezk(ar);
+        else if constexpr (requires { record.serializeMLM(ar); })
+            return record.serializeMLM(ar);
+        else if constexpr (requires { record.serializeSAMFace(ar); })
+            return record.serializeSAMFace(ar);
+        else if constexpr (requires { record.serializeFaceVlmSrcNtwk(ar); })
+            return record.serializeFaceVlmSrcNtwk(ar);
+        else if constexpr (requires { record.serializeSpctmFace(ar); })
+            return record.serializeSpctmFace(ar);
+        else if constexpr (requires { record.serializeSpctmC(ar); })
+            return record.serializeSpctmC(ar);
+        else
+            return record.serialize(ar);
+    }
 };
-
-void use(CMEGRecordInfozk& info)
-{
-    info.clearFilterInfo();
-}
-
-void use(CMEGRecordInfozkProzk& info)
-{
-    CMEGRecordInfozkProzk copy;
-    copy = info;
-    copy.showRecordInfo();
-    copy.getSensorCoefficientzk()->addCoefficientsData(
-        1, info.getSensorCoefficientzk()->getSensorCoefRecord("", 1, true, false));
-}
 
 template <class Base>
 void run(std::span<const std::byte> input)
@@ -42,15 +46,49 @@ void run(std::span<const std::byte> input)
     if (load(record, input))
         storeAndReload(record);
     limitMemory(input.size(), 16);
-    use(record);
+    if constexpr (requires { use(static_cast<Base&>(record)); })
+        use(static_cast<Base&>(record));
 }
 
 void run(std::span<const std::byte> input)
 {
-    if (input.empty())
-        return;
-    const auto rest = input.subspan(1);
-    std::to_integer<int>(input[0]) % 2 == 0 ? run<CMEGRecordInfozkProzk>(rest) : run<CMEGRecordInfozk>(rest);
+    // Inputs count on this order: more go to its end.
+    constexpr void (*runs[])(std::span<const std::byte>) = {run<CMEGRecordInfozkProzk>,
+                                                            run<CMEGRecordInfozk>,
+                                                            run<CFreqDataChnlzk>,
+                                                            run<CSumChnlFreqDatazk>,
+                                                            run<CFreqDataTrialzk>,
+                                                            run<CFreqDatasetFacezk>,
+                                                            run<CGroupMeegCxcFacezk>,
+                                                            run<CVirtSnsPOXlistzk>,
+                                                            run<CM3DIndex2Colorzk>,
+                                                            run<CContourMap2DInfozk>,
+                                                            run<CMegSquidzk>,
+                                                            run<CMegOpmzk>,
+                                                            run<CMagVaporzk>,
+                                                            run<CSpherezk>,
+                                                            run<CSensorAnalogzk>,
+                                                            run<CEEGelectrodezk>,
+                                                            run<CFiducialzk>,
+                                                            run<CHeadLocalizationzk>,
+                                                            run<CBscMagSnszk>,
+                                                            run<CMEGSensorzk>,
+                                                            run<CSeegProbezk>,
+                                                            run<CMarkerDatazk>,
+                                                            run<CMarkerManagerzk>,
+                                                            run<CFaceIcazk>,
+                                                            run<CVolumSourcImagzk>,
+                                                            run<CVolumSourcCoherencImagzk>,
+                                                            run<CMEGSpctmCCDataFacezk>,
+                                                            run<CSnsCohDatazk>,
+                                                            run<CSrcCohFacezk>,
+                                                            run<CFaceVirtChnlWavezk>,
+                                                            run<CFaceVirtChnlSpctmzk>,
+                                                            run<CChnlWaveAnalyzedResultzk>,
+                                                            run<CTrlWaveAnalyzedResultzk>,
+                                                            run<CFaceWaveAnalyzedResultzk>};
+    if (!input.empty())
+        runs[std::to_integer<std::size_t>(input[0]) % std::size(runs)](input.subspan(1));
 }
 
 } // namespace

@@ -1,10 +1,13 @@
 // Loads a trial from the input. What could be loaded is stored, loaded and stored again, and must be the same then; and
-// whatever came of the load, the operations on its channels must get along with it.
+// whatever came of the load, the operations on its channels must get along with it. A file of the same bytes must load
+// as well as they do, and what is saved of it load again.
 
+#include "fuzz/ScratchFolder.h"
 #include "fuzz/storeAndReload.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
+#include "megset/platform/CDocument.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
 #include <array>
@@ -45,15 +48,47 @@ void makeReadable(CMDTrialzk& trial)
         trial.m_nTrialReservedB = 1;
 }
 
+bool open(CMDTrialzk& trial, CString path, const CDocument& document)
+{
+    try {
+        return trial.openTrialData(path, &document, document.GetPathName()) == 1;
+    } catch (const CArchiveException&) {
+        return false;
+    }
+}
+
+void useFile(std::span<const std::byte> input, bool isReadable)
+{
+    CDocument document;
+    document.SetPathName(scratch().path("fuzz.meg"));
+    CMDTrialzk trial;
+    limitMemory(input.size(), 16);
+    require(open(trial, scratch().write("fuzz.trl", input), document) == isReadable);
+    if (!isReadable)
+        return;
+    makeReadable(trial);
+    limitMemory(input.size(), 16);
+    CString path = scratch().path("copy.trl");
+    require(trial.saveTrialData(path, &document, document.GetPathName(), true) == 1);
+    CMDTrialzk copy;
+    require(open(copy, path, document));
+    // There is no such folder; the host chooses another place.
+    limitMemory(input.size(), 16);
+    path = scratch().path("absent\\copy.trl");
+    require(trial.saveTrialData(path, &document, document.GetPathName(), true) == 1);
+}
+
 void run(std::span<const std::byte> input)
 {
     CMDTrialzk trial;
-    if (load(trial, input)) {
+    const bool isReadable = load(trial, input);
+    if (isReadable) {
         makeReadable(trial);
         storeAndReload(trial);
     }
     limitMemory(input.size(), 16);
     use(trial);
+    useFile(input, isReadable);
 }
 
 } // namespace
@@ -62,6 +97,8 @@ void run(std::span<const std::byte> input)
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     megset::beginFuzzing();
+    static megset::YesHost host("chosen.trl");
+    megset::AfxSetHost(&host);
     return 0;
 }
 

@@ -61,6 +61,8 @@ TEST(AcquisitionFuzzSeeds, AreWhatTheyAreSaidToBe)
     acq::Parts slots = smallDataset();
     slots.trials.presence = 1;
     seeds["dataset_slots"] = seed(0, acq::record(acq::newest, slots));
+    slots.trials.session = slots.trials.fileName = "";
+    seeds["dataset_slots_unnamed"] = seed(0, acq::record(acq::newest, slots));
     seeds["trial"] = seed(1, acq::trial(acq::filledTrial(1)));
     seeds["trial_empty"] = seed(1, acq::trial(acq::TrialParts()));
     seeds["trial_small"] = seed(1, acq::trial(acq::namedTrial("T", {{1.0, 2.0}, {3.0, 4.0}})));
@@ -127,6 +129,8 @@ TEST(InformationFuzzSeeds, AreWhatTheyAreSaidToBe)
     seeds["probes_too_many"] = seed(3, seegHeader().i32(1).i64(INT64_MAX));
     seeds["array_empty"] = seed(4, ByteBuilder(header).i32(0).i32(0));
     seeds["array"] = seed(4, ByteBuilder(header).i32(1).i32(3).i32(0).i32(1).append(dataset).i32(1).append(dataset));
+    // The magic, a rate, and a name in 257 bytes.
+    seeds["exchange"] = seed(5, ByteBuilder().raw({'M', 'E', 'G', 'T'}).f64(600.0).zeros(257));
     compareOrWrite("information_fuzz", seeds);
 }
 

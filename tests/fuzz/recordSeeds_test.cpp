@@ -56,6 +56,8 @@ TEST(ChannelFuzzSeeds, AreWhatTheyAreSaidToBe)
         seeds["version_" + std::to_string(version)] = record(version).bytes();
     seeds["version_20080216"] = record(20080216).bytes();
     seeds["version_unknown"] = record(20200802).bytes();
+    for (const std::int32_t version : {20021120, 20030219, 20030309, 20030821})
+        seeds["version_" + std::to_string(version)] = header(version).bytes();
     for (int geometry = 0; geometry <= 5; ++geometry) {
         CMDChannelzk channel;
         fillWhole(channel, geometry);

@@ -1,5 +1,7 @@
 #include "tests/kit/FailingAllocator.h"
 
+#include "tests/kit/tried.h"
+
 #include <mutex>
 
 namespace megset {
@@ -28,6 +30,7 @@ FailingAllocator::~FailingAllocator()
 {
     const std::lock_guard lock(g_mutex);
     setAllocationHook(m_outerHook);
+    countTried(Tried::allocationFailure, current().failures > 0 ? 1 : 0);
     current() = m_outer;
 }
 

@@ -19,6 +19,7 @@
 
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
+#include "tests/kit/brokenFiles.h"
 #include "tests/kit/layoutPage.h"
 #include "tests/kit/memoryArchive.h"
 
@@ -103,10 +104,10 @@ protected:
     static void expectEveryPrefixRefused(const std::vector<std::byte>& bytes)
     {
         const ScriptedHost host;
-        for (std::size_t length = 0; length < bytes.size(); ++length) {
+        forEachPrefix(bytes, [](std::span<const std::byte> prefix) {
             Record record;
-            ASSERT_EQ(tryLoadRecord(record, std::span(bytes).first(length)), 0) << length << " bytes";
-        }
+            ASSERT_EQ(tryLoadRecord(record, prefix), 0);
+        });
     }
     // What a broken file gives is a whole record still: it can be written, and read back as the same bytes.
     static void expectWhole(const Record& record)
@@ -181,20 +182,11 @@ TYPED_TEST_P(RecordContract, EveryPrefixRaisesEndOfFileOrGivesZero)
 TYPED_TEST_P(RecordContract, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
-    std::vector<std::byte> bytes = recordBytes(TypeParam::filled());
-    // Small files bit by bit; of larger ones a part, spread so that every bit of a byte is met.
-    const std::size_t step = bytes.size() / 1024 * 2 + 1;
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += step) {
-        SCOPED_TRACE("bit " + std::to_string(bit));
-        const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-        bytes[bit / 8] ^= mask;
+    forEachBitFlip(recordBytes(TypeParam::filled()), [](std::span<const std::byte> bytes) {
         typename TypeParam::Record record;
         if (tryLoadRecord(record, bytes) == 1)
             TestFixture::expectWhole(record);
-        bytes[bit / 8] ^= mask;
-        if (::testing::Test::HasFatalFailure())
-            return;
-    }
+    });
 }
 
 TYPED_TEST_P(RecordContract, AnotherTagIsRefused)

@@ -8,6 +8,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/FailingFile.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/kit/brokenFiles.h"
 
 #include <cstdint>
 #include <memory>
@@ -88,14 +89,15 @@ TEST_F(BrokenChannelRecord, EveryPrefixEndsInAnExceptionOrAnErrorOrShortSamples)
     const ScriptedHost host;
     for (const std::int32_t version : versionsWithFields) {
         const std::vector<std::byte> bytes = fullRecord(version).bytes();
-        for (std::size_t length = 0; length < bytes.size(); ++length) {
+        SCOPED_TRACE(version);
+        forEachPrefix(bytes, [&](std::span<const std::byte> prefix) {
             CMDChannelzk channel;
-            const int result = tryLoad(channel, std::span(bytes).first(length));
+            const int result = tryLoad(channel, prefix);
             // The last block of the record may be cut short unnoticed.
-            const bool insideLastBlock = version >= 20190723 && length > bytes.size() - 8;
-            ASSERT_EQ(result, insideLastBlock ? 1 : 0) << version << ", " << length << " bytes";
+            const bool insideLastBlock = version >= 20190723 && prefix.size() > bytes.size() - 8;
+            ASSERT_EQ(result, insideLastBlock ? 1 : 0);
             ASSERT_EQ(tryLoad(channel, bytes), 1);
-        }
+        });
     }
 }
 
@@ -103,26 +105,22 @@ TEST_F(BrokenChannelRecord, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
     for (const std::int32_t version : {20090726, 20200801}) {
-        std::vector<std::byte> bytes = fullRecord(version).bytes();
         // A part of them, spread so that every bit of a byte is met.
         constexpr std::size_t step = 5;
-        for (std::size_t bit = 0; bit < 8 * bytes.size(); bit += step) {
-            SCOPED_TRACE("bit " + std::to_string(bit));
-            const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-            bytes[bit / 8] ^= mask;
+        const auto load = [](std::span<const std::byte> bytes) {
             CMDChannelzk channel;
-            if (tryLoad(channel, bytes) == 1) {
-                // It can be used, written, and read back as the same bytes.
-                channel.computeDataRange();
-                channel.getCurrentV(0, -1);
-                const std::vector<std::byte> again = stored(channel);
-                CMDChannelzk copy;
-                ASSERT_EQ(tryLoad(copy, again), 1);
-                ASSERT_TRUE(sameBytes(stored(copy), again));
-                EXPECT_EQ(copy.copyChannelInfo(&channel), 1);
-            }
-            bytes[bit / 8] ^= mask;
-        }
+            if (tryLoad(channel, bytes) != 1)
+                return;
+            // It can be used, written, and read back as the same bytes.
+            channel.computeDataRange();
+            channel.getCurrentV(0, -1);
+            const std::vector<std::byte> again = stored(channel);
+            CMDChannelzk copy;
+            ASSERT_EQ(tryLoad(copy, again), 1);
+            ASSERT_TRUE(sameBytes(stored(copy), again));
+            EXPECT_EQ(copy.copyChannelInfo(&channel), 1);
+        };
+        forEachBitFlip(fullRecord(version).bytes(), load, step);
     }
 }
 

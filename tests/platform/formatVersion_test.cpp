@@ -3,6 +3,7 @@
 #include "tests/kit/ByteBuilder.h"
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
+#include "tests/kit/brokenFiles.h"
 #include "tests/kit/memoryArchive.h"
 
 #include <cstdint>
@@ -137,16 +138,16 @@ TEST(FormatPattern, EveryPrefixRaisesEndOfFileWithoutAMessage)
 {
     const ScriptedHost host;
     const auto whole = ByteBuilder().wide("SENSORZK").i32(20190723).i32(8).wide("B2").bytes();
-    for (std::size_t size = 0; size < whole.size(); ++size) {
+    forEachPrefix(whole, [](std::span<const std::byte> prefix) {
         Sensor sensor;
-        LoadingArchive archive(std::span<const std::byte>(whole).first(size));
+        LoadingArchive archive(prefix);
         try {
             sensor.serializezk(*archive);
-            ADD_FAILURE() << size << " bytes are enough";
+            ADD_FAILURE() << "so many are enough";
         } catch (const CArchiveException& exception) {
             EXPECT_EQ(exception.m_cause, CArchiveException::endOfFile);
         }
-    }
+    });
     host.expectNoMessages();
 }
 

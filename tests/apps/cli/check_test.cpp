@@ -1,5 +1,6 @@
 #include "apps/cli/dataset/checkDataset.h"
 #include "tests/apps/cli/SampleDataset.h"
+#include "tests/kit/tried.h"
 
 #include <filesystem>
 #include <fstream>
@@ -270,6 +271,7 @@ TEST(Check, EveryPrefixOfADatasetIsJudged)
     const SampleDataset sample(1);
     const auto size = std::filesystem::file_size(sample.path());
     for (std::uintmax_t cut = 1; cut < size; cut += 97) {
+        countTried(Tried::prefix);
         std::filesystem::resize_file(sample.path(), size - cut);
         ASSERT_GT(checkDataset(sample.path()).faults(), 0) << size - cut << " bytes";
     }

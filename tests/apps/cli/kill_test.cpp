@@ -1,6 +1,7 @@
 #include "megset/platform/sanitizers.h"
 
 #include "tests/apps/cli/SampleDataset.h"
+#include "tests/kit/tried.h"
 
 #include <chrono>
 #include <filesystem>
@@ -37,6 +38,7 @@ TEST(KilledProgram, LeavesFilesThatCheckReadsAndJudges)
     std::uniform_int_distribution<std::int64_t> moment(0, length.count());
     int broken = 0;
     for (int i = 0; i < kills; ++i) {
+        countTried(Tried::kill);
         kit::runAndKillProgram(MEGSET_PROGRAM, change, std::chrono::microseconds(moment(random)));
         const auto check = runMegset({"check", sample.path()});
         ASSERT_THAT(check.exitCode, AnyOf(0, 1)) << "kill " << i << ": " << check.errors;

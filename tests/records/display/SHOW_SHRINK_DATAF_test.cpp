@@ -3,6 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
+#include "tests/kit/brokenFiles.h"
 #include "tests/kit/memoryArchive.h"
 
 #include "megset/platform/CArchiveException.h"
@@ -159,21 +160,18 @@ TEST(ShrinkRecord, AllocationFailuresAreTold)
 TEST(ShrinkRecord, PrefixesAndBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
-    std::vector<std::byte> bytes = filledBytes().bytes();
-    for (std::size_t length = 0; length <= bytes.size(); ++length) {
+    const std::vector<std::byte> whole = filledBytes().bytes();
+    forEachPrefix(whole, [&](std::span<const std::byte> prefix) {
         SHOW_SHRINK_DATAF shrink;
-        const bool inLastBlock = length > bytes.size() - 8;
-        EXPECT_EQ(tryLoadShrink(shrink, std::span(bytes).first(length)), inLastBlock ? 1 : 0) << length;
+        const bool inLastBlock = prefix.size() > whole.size() - 8;
+        EXPECT_EQ(tryLoadShrink(shrink, prefix), inLastBlock ? 1 : 0);
         stored(shrink);
-    }
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
-        const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-        bytes[bit / 8] ^= mask;
+    });
+    forEachBitFlip(whole, [](std::span<const std::byte> bytes) {
         SHOW_SHRINK_DATAF shrink;
         tryLoadShrink(shrink, bytes);
         stored(shrink);
-        bytes[bit / 8] ^= mask;
-    }
+    });
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
+#include "tests/kit/brokenFiles.h"
 #include "tests/kit/layoutPage.h"
 #include "tests/kit/memoryArchive.h"
 
@@ -417,31 +418,23 @@ TEST(CoefficientManager, TakesNoMemoryOutOfProportionToTheFile)
 
 TEST(CoefficientManager, EveryPrefixRaisesEndOfFile)
 {
-    const std::vector<std::byte> bytes = stored(filledManager());
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
+    forEachPrefix(stored(filledManager()), [](std::span<const std::byte> prefix) {
         CCoefficientManagerzk manager;
-        EXPECT_THROW(loaded(manager, std::span(bytes).first(length)), CArchiveException) << length;
-    }
+        EXPECT_THROW(loaded(manager, prefix), CArchiveException);
+    });
 }
 
 TEST(CoefficientManager, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
-    std::vector<std::byte> bytes = stored(filledManager());
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
-        const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-        bytes[bit / 8] ^= mask;
+    constexpr std::size_t allBits = 1;
+    const auto load = [](std::span<const std::byte> bytes) {
         CCoefficientManagerzk manager;
-        try {
-            LoadingArchive archive(bytes);
-            const int result = manager.serialize(*archive);
-            ASSERT_TRUE(result == 0 || result == 1);
-        } catch (const CArchiveException& fault) {
-            ASSERT_EQ(fault.m_cause, CArchiveException::endOfFile);
-        }
-        ASSERT_LE(manager.getCoefficientsData()->GetSize(), 1000) << "bit " << bit;
-        bytes[bit / 8] ^= mask;
-    }
+        const int result = tryLoading(bytes, [&](CArchive& ar) { return manager.serialize(ar); });
+        ASSERT_TRUE(result == 0 || result == 1);
+        ASSERT_LE(manager.getCoefficientsData()->GetSize(), 1000);
+    };
+    forEachBitFlip(stored(filledManager()), load, allBits);
 }
 
 template <class Record>

@@ -5,6 +5,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 #include "tests/kit/TracingRecorder.h"
+#include "tests/kit/brokenFiles.h"
 #include "tests/kit/layoutPage.h"
 #include "tests/kit/memoryArchive.h"
 #include "tests/records/recording/filledRecordInfo.h"
@@ -306,20 +307,17 @@ TEST(RecordInfo, ReportOfEmptyTextsIsALineForEach)
 
 TEST(RecordInfo, EveryPrefixRaisesEndOfFile)
 {
-    const std::vector<std::byte> bytes = wholeFile(20160320).bytes();
-    for (std::size_t length = 0; length < bytes.size(); ++length) {
+    forEachPrefix(wholeFile(20160320).bytes(), [](std::span<const std::byte> prefix) {
         CMEGRecordInfozkProzk info;
-        EXPECT_THROW(loaded(info, std::span(bytes).first(length)), CArchiveException) << length;
-    }
+        EXPECT_THROW(loaded(info, prefix), CArchiveException);
+    });
 }
 
 TEST(RecordInfo, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
-    std::vector<std::byte> bytes = wholeFile(20160320).bytes();
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
-        const std::byte mask{static_cast<unsigned char>(1U << (bit % 8))};
-        bytes[bit / 8] ^= mask;
+    constexpr std::size_t allBits = 1;
+    const auto load = [](std::span<const std::byte> bytes) {
         CMEGRecordInfozkProzk info;
         try {
             const int result = loaded(info, bytes);
@@ -328,9 +326,9 @@ TEST(RecordInfo, SingleBitFlipsDoNoHarm)
             ASSERT_EQ(fault.m_cause, CArchiveException::endOfFile);
         }
         // What came of it can be written.
-        ASSERT_FALSE(stored(info).empty()) << "bit " << bit;
-        bytes[bit / 8] ^= mask;
-    }
+        ASSERT_FALSE(stored(info).empty());
+    };
+    forEachBitFlip(wholeFile(20160320).bytes(), load, allBits);
 }
 
 TEST(RecordInfo, PageShowsTheFieldsInTheirOrder)

@@ -4,6 +4,7 @@
 #include "apps/readers/ctf/Res4.h"
 
 #include "tests/apps/readers/ctf/CtfBuilder.h"
+#include "tests/kit/brokenFiles.h"
 
 #include <cmath>
 #include <limits>
@@ -303,25 +304,23 @@ TEST(BrokenRes4, EveryPrefixIsRefusedAsCut)
 {
     const std::vector<std::byte> bytes = tiny().res4();
     ASSERT_NO_THROW(parseRes4(bytes, "small.res4"));
-    for (std::size_t size = 0; size < bytes.size(); ++size) {
+    forEachPrefix(bytes, [](std::span<const std::byte> prefix) {
         try {
-            parseRes4(std::span(bytes).first(size), "small.res4");
-            FAIL() << "read with " << size << " of " << bytes.size() << " bytes";
+            parseRes4(prefix, "small.res4");
+            FAIL() << "read all the same";
         } catch (const CtfError& error) {
-            EXPECT_EQ(error.offset(), size);
+            EXPECT_EQ(error.offset(), prefix.size());
             EXPECT_THAT(error.what(), StartsWith("small.res4: the file is cut, it ends before the end of "));
         }
-    }
+    });
 }
 
 TEST(BrokenRes4, EveryBitFlipIsReadOrRefused)
 {
-    std::vector<std::byte> bytes = tiny().res4();
+    constexpr std::size_t allBits = 1;
     std::size_t read = 0;
     std::size_t refused = 0;
-    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
-        const auto mask = static_cast<std::byte>(1U << (bit % 8));
-        bytes[bit / 8] ^= mask;
+    const auto load = [&](std::span<const std::byte> bytes) {
         try {
             const Res4 res4 = parseRes4(bytes, "small.res4");
             ++read;
@@ -336,8 +335,8 @@ TEST(BrokenRes4, EveryBitFlipIsReadOrRefused)
             ++refused;
             EXPECT_THAT(error.what(), HasSubstr(" (byte "));
         }
-        bytes[bit / 8] ^= mask;
-    }
+    };
+    forEachBitFlip(tiny().res4(), load, allBits);
     EXPECT_GT(read, 0U);
     EXPECT_GT(refused, 0U);
 }
