@@ -39,15 +39,50 @@ def milliseconds(work, prepare=None, seconds=0.5):
     return spent * 1e3 / runs
 
 
-def benchmark_milliseconds(program, names):
-    """The processor times of benchmarks, by name."""
-    out = subprocess.run(
-        [program, f"--benchmark_filter=^({'|'.join(names)})$", "--benchmark_format=json"],
-        check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
-    found = {b["name"]: b["cpu_time"] for b in json.loads(out)["benchmarks"]}
+MILLISECONDS = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
+
+
+def benchmarks(program, names=()):
+    """What Google Benchmark tells of each, by name: times, here in milliseconds, and counters. Of all without names."""
+    command = [program, "--benchmark_format=json"]
+    if names:
+        command.append(f"--benchmark_filter=^({'|'.join(names)})$")
+    out = subprocess.run(command, check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
+    found = {b["name"]: b for b in json.loads(out)["benchmarks"]}
+    for one in found.values():
+        for clock in ("real_time", "cpu_time"):
+            one[clock] *= MILLISECONDS[one["time_unit"]]
     if missing := set(names) - set(found):
         sys.exit(f"{program} has no benchmark {', '.join(sorted(missing))}")
     return found
+
+
+def benchmark_milliseconds(program, names):
+    """The processor times of benchmarks, by name."""
+    return {name: one["cpu_time"] for name, one in benchmarks(program, names).items()}
+
+
+# Told by a process that is itself small: what a process held before it became another program counts for its children.
+PEAK = """
+import os, subprocess, sys
+child = subprocess.Popen(sys.argv[1:], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+_, status, usage = os.wait4(child.pid, 0)
+print(usage.ru_maxrss)
+sys.exit(status != 0)
+"""
+
+
+def peak_megabytes(command):
+    """The most memory that a process of that command held, its code and data included."""
+    out = subprocess.run([sys.executable, "-I", "-S", "-c", PEAK, *command], check=True, stdout=subprocess.PIPE, text=True)
+    return int(out.stdout) * 1024 / 1e6
+
+
+def tell_row(row):
+    """Hands a row to bench/compare, if that is who called."""
+    if path := os.environ.get("MEGSET_COMPARISON_ROWS"):
+        with open(path, "a") as rows:
+            print(json.dumps(row), file=rows)
 
 
 class Turns:
@@ -72,16 +107,13 @@ class Turns:
         ratios = [s / f for s, f in zip(self.times[slow], self.times[fast])]
         return statistics.median(ratios), min(ratios), max(ratios)
 
-    def tell_target(self, what, theirs, ours, least):
+    def tell_target(self, what, theirs, ours, least, peak_mb=None):
         """Whether ours is at least so many times as fast."""
         median, low, high = self.ratio(theirs, ours)
         verdict = "met" if median >= least else "MISSED"
         print(f"{what:58}{median:10.2f} x    [{low:.2f} to {high:.2f}]   target {least:g}: {verdict}")
-        if path := os.environ.get("MEGSET_COMPARISON_ROWS"):
-            row = {"what": what.strip(), "ratio": median, "low": low, "high": high, "target": least,
-                   "theirs_ms": statistics.median(self.times[theirs]), "ours_ms": statistics.median(self.times[ours])}
-            with open(path, "a") as rows:
-                print(json.dumps(row), file=rows)
+        tell_row({"what": what.strip(), "ratio": median, "low": low, "high": high, "target": least, "peak_MB": peak_mb,
+                  "theirs_ms": statistics.median(self.times[theirs]), "ours_ms": statistics.median(self.times[ours])})
         return median >= least
 
 

@@ -6,6 +6,7 @@
 
 #include "bench/benchFolder.h"
 #include "bench/comparison.h"
+#include "bench/processMemory.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -16,7 +17,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -106,20 +106,6 @@ void OpenDataset(benchmark::State& state)
 }
 BENCHMARK(OpenDataset)->Arg(1)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond)->UseManualTime();
 
-/// A line of this process's state, in MB; 0 without one.
-double statusMegabytes(const std::string& name)
-{
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word)
-        if (word == name + ":") {
-            double kilobytes = 0.0;
-            status >> kilobytes;
-            return kilobytes / 1e3;
-        }
-    return 0.0;
-}
-
 /// Every step writes the trial that leaves and reads the next one.
 void WalkTrials(benchmark::State& state)
 {
@@ -145,7 +131,8 @@ void WalkTrials(benchmark::State& state)
         state.SetIterationTime(comparison.measure(plainWork, megsetWork));
     }
     comparison.tell(state);
-    state.counters["peak_MB"] = statusMegabytes("VmHWM");
+    state.counters["trial_MB"] = static_cast<double>(trialBytes) / 1e6;
+    state.counters["peak_MB"] = processMemory("VmHWM") / 1e6;
 }
 BENCHMARK(WalkTrials)->Arg(60)->Unit(benchmark::kMillisecond)->UseManualTime();
 

@@ -9,8 +9,8 @@
 #include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"
 #include "megset/platform/AfxMessageBox.h"
-#include "megset/platform/CUserHost.h"
 
+#include "SilentHost.h"
 #include "comparison.h"
 
 namespace {
@@ -20,21 +20,6 @@ using namespace megset;
 constexpr std::int64_t samples = 10'000'000;
 constexpr std::int64_t pulses = 5'000;
 constexpr std::int64_t pulseSamples = 5;
-
-/// Says nothing, and Yes.
-class SilentHost : public CUserHost
-{
-public:
-    int messageBox(const CString&, unsigned) override { return IDYES; }
-    std::optional<FileChoice> chooseFile(const FileRequest&) override { return std::nullopt; }
-    void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
-    void setProgress(int, std::int64_t) override {}
-    void endProgress(int) override {}
-    int showReport(const CString&, const CString&) override { return 1; }
-    void beginWaitCursor() override {}
-    void endWaitCursor() override {}
-    void invalidate(CWnd&, bool) override {}
-};
 
 /// Pulses of codes 1 to 20 on a line at zero, with noise of that deviation.
 std::vector<double> stimulus(double noise)

@@ -5,8 +5,9 @@
 
 #include "megset/platform/memory.h"
 
+#include "processMemory.h"
+
 #include <cmath>
-#include <fstream>
 #include <memory>
 #include <string>
 
@@ -18,21 +19,6 @@ using namespace megset;
 
 constexpr double rate = 1200.0;
 constexpr double megabyte = 1e6;
-
-// A number of bytes of /proc/self/status.
-double memoryNow(const std::string& name)
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with(name + ":"))
-            return 1024.0 * std::stod(line.substr(name.size() + 1));
-    return 0.0;
-}
-
-void forgetPeak()
-{
-    std::ofstream("/proc/self/clear_refs") << "5";
-}
 
 std::unique_ptr<CMDTrialzk> makeTrial(int channels, std::int64_t samples)
 {
@@ -58,8 +44,8 @@ void ComputePlanes(benchmark::State& state)
     for (auto _ : state) {
         state.PauseTiming();
         auto trial = makeTrial(channels, samples);
-        const double before = memoryNow("VmRSS");
-        forgetPeak();
+        const double before = processMemory("VmRSS");
+        forgetPeakMemory();
         state.ResumeTiming();
         cli::computeSpectra(*trial, rate, request);
         state.PauseTiming();
@@ -68,10 +54,10 @@ void ComputePlanes(benchmark::State& state)
         state.counters["trial_MB"] = 2.0 * 8.0 * static_cast<double>(samples) * channels / megabyte;
         state.counters["kept_planes_MB"] = kept / megabyte;
         state.counters["planes_of_one_MB"] = 4.0 * plane / megabyte;
-        state.counters["after_above_MB"] = (memoryNow("VmRSS") - before - kept) / megabyte;
+        state.counters["after_above_MB"] = (processMemory("VmRSS") - before - kept) / megabyte;
         state.counters["live_MB"] = static_cast<double>(sampleMemoryStatistics().live) / megabyte;
         state.counters["idle_MB"] = static_cast<double>(sampleMemoryStatistics().idle) / megabyte;
-        state.counters["peak_above_MB"] = (memoryNow("VmHWM") - before - kept) / megabyte;
+        state.counters["peak_above_MB"] = (processMemory("VmHWM") - before - kept) / megabyte;
         trial.reset();
         state.ResumeTiming();
     }

@@ -6,6 +6,7 @@
 
 #include "bench/benchFolder.h"
 #include "bench/comparison.h"
+#include "bench/processMemory.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -17,7 +18,6 @@
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -147,30 +147,16 @@ BENCHMARK_CAPTURE(ChangeTrial, small, small)->Unit(benchmark::kMillisecond)->Use
 
 // ---- memory
 
-/// A line of this process's state, in bytes; 0 without one.
-double statusBytes(const std::string& name)
-{
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word)
-        if (word == name + ":") {
-            double kilobytes = 0.0;
-            status >> kilobytes;
-            return 1024.0 * kilobytes;
-        }
-    return 0.0;
-}
-
 /// What the work takes at its peak beyond what is in use when it begins, in MB.
 template <class Work>
 double peakMegabytes(Work work)
 {
     releaseIdleSampleMemory();
     ::malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << 5; // the high-water mark comes down to what is in use
-    const double before = statusBytes("VmRSS");
+    forgetPeakMemory();
+    const double before = processMemory("VmRSS");
     work();
-    return (statusBytes("VmHWM") - before) / 1e6;
+    return (processMemory("VmHWM") - before) / 1e6;
 }
 
 void PeakMemoryOfTrial(benchmark::State& state, const Shape& shape)

@@ -93,22 +93,29 @@ GradientPlan::Terms GradientPlan::termsOf(const CMDChannelzk& channel, const CCo
     return terms;
 }
 
-// What getSensorCoefRecord finds. It would go through all records for every channel, each of which is a new place in
-// memory; those of one type are a fraction.
+// What getSensorCoefRecord finds, the first record whose name holds the sensor's. It goes through all records for every
+// channel, which costs with the square of the channels.
 const CCoefficientDatazk* GradientPlan::recordOf(const CString& sensorName, const GradientMode& mode)
 {
+    const std::u16string_view name = sensorName.view();
     const std::uint32_t type = CCoefficientData::getCoefficientType(mode.order, mode.realIdeal, mode.adaptive);
-    const auto [ofType, isNew] = m_records.try_emplace(type);
-    for (int i = 0; isNew && i < m_coefficients.m_aCoefRecord.GetSize(); ++i) {
+    const auto [records, isNew] = m_records.try_emplace({type, name.size()});
+    if (isNew)
+        addRecords(type, name.size(), records->second);
+    const auto found = records->second.find(name);
+    return found != records->second.end() ? found->second : nullptr;
+}
+
+void GradientPlan::addRecords(std::uint32_t type, std::size_t length, RecordsByText& to) const
+{
+    for (int i = 0; i < m_coefficients.m_aCoefRecord.GetSize(); ++i) {
         const CCoefficientDatazk* record = m_coefficients.m_aCoefRecord[i];
-        if (record != nullptr && record->m_nCoefType == type)
-            ofType->second.push_back(record);
+        if (record == nullptr || record->m_nCoefType != type)
+            continue;
+        const std::u16string_view name = record->m_strCoefSensorName.view();
+        for (std::size_t from = 0; from + length <= name.size(); ++from)
+            to.try_emplace(name.substr(from, length), record);
     }
-    const auto found =
-        std::find_if(ofType->second.begin(), ofType->second.end(), [&sensorName](const CCoefficientDatazk* record) {
-            return record->m_strCoefSensorName.Find(sensorName) >= 0;
-        });
-    return found != ofType->second.end() ? *found : nullptr;
 }
 
 const GradientPlan::Reference& GradientPlan::referenceOf(const CString& name)

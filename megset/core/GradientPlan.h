@@ -8,6 +8,9 @@
 #include <cstdint>
 #include <map>
 #include <span>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace megset {
@@ -25,7 +28,7 @@ struct GradientMode
     bool adaptive = false;
 };
 
-/// The trial must outlive the plan and keep its channels, names, sensors and arrays.
+/// The trial and the coefficients must outlive the plan; channels, names, sensors, arrays and records stay as they are.
 ///
 /// A channel with a record of coefficients changes by s[i], the sum over the record's references k, in their order, of
 /// reference sample i * w[k], with w[k] = gain of the reference * coefficient / gain of the channel's sensor.
@@ -62,14 +65,18 @@ private:
         std::vector<double> weights;
     };
 
+    /// The texts of one length that the names of records hold, each with the first record that holds it.
+    using RecordsByText = std::unordered_map<std::u16string_view, const CCoefficientDatazk*>;
+
     void planSum(const CMDChannelzk& channel, const CCoefficientDatazk& record, bool subtracted);
     Terms termsOf(const CMDChannelzk& channel, const CCoefficientDatazk& record);
     const CCoefficientDatazk* recordOf(const CString& sensorName, const GradientMode& mode);
+    void addRecords(std::uint32_t type, std::size_t length, RecordsByText& to) const;
     const Reference& referenceOf(const CString& name);
 
     const CMDTrialzk& m_trial;
     const CCoefficientManager& m_coefficients;
-    std::map<std::uint32_t, std::vector<const CCoefficientDatazk*>> m_records; ///< by type, in their order
+    std::map<std::pair<std::uint32_t, std::size_t>, RecordsByText> m_records; ///< by type and length
     std::map<CString, Reference> m_references; ///< the records of all channels name the same few
     std::vector<Terms> m_terms;
     std::vector<numeric::WeightedSum> m_sums;

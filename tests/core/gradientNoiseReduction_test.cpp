@@ -247,6 +247,22 @@ TEST_F(NoiseReduction, TheFirstRecordWhoseNameHoldsTheSensorsIsTaken)
     EXPECT_THAT(samples(at(0)), ElementsAre(-4.0));
 }
 
+TEST_F(NoiseReduction, SensorsOfNamesOfAnyLengthFindTheFirstRecordThatHoldsThem)
+{
+    make({{"M1", 100, 1.0, {0.0}},
+          {"M12", 100, 1.0, {0.0}},
+          {"M123-9", 100, 1.0, {0.0}},
+          {"none", 100, 1.0, {0.0}},
+          {"R1", 10, 1.0, {1.0}}},
+         {{"M123", "G1BR", {{"R1", 1.0}}}, {"M12", "G1BR", {{"R1", 2.0}}}, {"M1", "G1BR", {{"R1", 4.0}}}});
+    sensor(3).m_strSensorName = ""; // every name holds it
+    EXPECT_EQ(data.setGradientNoiseReduction(1, true, false), 1);
+    EXPECT_THAT(samples(at(0)), ElementsAre(-1.0));
+    EXPECT_THAT(samples(at(1)), ElementsAre(-1.0));
+    EXPECT_THAT(samples(at(2)), ElementsAre(0.0)); // longer than any
+    EXPECT_THAT(samples(at(3)), ElementsAre(-1.0));
+}
+
 TEST_F(NoiseReduction, TheSensorsNameCountsAndNotTheChannels)
 {
     make({{"M1", 100, 1.0, {0.0}, "SENS"}, {"R1", 10, 1.0, {1.0}}},
