@@ -17,6 +17,15 @@ enum ExitCode
     WrongUsage = 2
 };
 
+// What was wrong, and where to read on: with the command, where one was named.
+std::string failureMessage(const CLI::App* program, const CLI::Error& error)
+{
+    std::string name = program->get_name();
+    for (const CLI::App* command : program->get_subcommands())
+        name += ' ' + command->get_name();
+    return name + ": " + megset::cli::shownLine(error.what()) + "\n" + name + " --help tells the options.\n";
+}
+
 using AddCommand = void (*)(CLI::App&);
 
 // Adds commands under a heading of the program's help.
@@ -46,15 +55,6 @@ void addCommands(CLI::App& program)
     addGroup(program, "To take results out", {&addMeasure, &addSpectrum, &addExport});
     addGroup(program, "To keep datasets together", {&addArray});
     addGroup(program, "To have help at hand", {&addManual});
-}
-
-// What was wrong, and where to read on: with the command, where one was named.
-std::string failureMessage(const CLI::App* program, const CLI::Error& error)
-{
-    std::string name = program->get_name();
-    for (const CLI::App* command : program->get_subcommands())
-        name += ' ' + command->get_name();
-    return name + ": " + megset::cli::shownLine(error.what()) + "\n" + name + " --help tells the options.\n";
 }
 
 // The first word names a command or is an option. Throws a CLI::ParseError for any other.

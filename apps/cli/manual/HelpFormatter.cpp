@@ -32,15 +32,25 @@ HelpFormatter::HelpFormatter()
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const
 {
-    return app->get_description() + "\n\n" + make_usage(app, std::move(name)) + make_positionals(app) +
-           choicesOf(*app) + make_groups(app, mode) + make_subcommands(app, mode) + '\n' + make_footer(app);
+    const std::string text = app->get_description() + "\n\n" + make_usage(app, std::move(name)) +
+                             make_positionals(app) + choicesOf(*app) + make_groups(app, mode) +
+                             make_subcommands(app, mode) + '\n' + make_footer(app);
+    return CLI::detail::find_and_replace(text, "\n\n\n", "\n\n");
+}
+
+// A group of options is a command without a name; choicesOf shows it.
+std::string HelpFormatter::make_expanded(const CLI::App* app) const
+{
+    return app->get_name().empty() ? std::string() : CLI::Formatter::make_expanded(app);
 }
 
 std::string HelpFormatter::choicesOf(const CLI::App& app) const
 {
     std::string text;
     for (const CLI::App* group : app.get_subcommands([](const CLI::App* part) { return part->get_name().empty(); }))
-        text += make_group(headingOf(*group), false, group->get_options({}));
+        text += make_group(headingOf(*group), false, group->get_options([group](const CLI::Option* option) {
+            return option != group->get_help_ptr();
+        }));
     return text;
 }
 

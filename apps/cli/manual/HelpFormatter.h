@@ -15,6 +15,7 @@ public:
     HelpFormatter();
 
     std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override;
+    std::string make_expanded(const CLI::App* app) const override;
     /// A value's kind, or the values that may be chosen; nothing for a positional.
     std::string make_option_opts(const CLI::Option* option) const override;
     /// The description, with "(required)" behind it, or with a default value.

@@ -21,7 +21,9 @@ OptionEntry describe(const CLI::Option& option)
 
 void addOptions(const CLI::App& app, std::vector<OptionEntry>& entries)
 {
-    for (const CLI::Option* option : app.get_options())
+    // The group has the help option of its command again.
+    const CLI::Option* const repeated = app.get_name().empty() ? app.get_help_ptr() : nullptr;
+    for (const CLI::Option* option : app.get_options([repeated](const CLI::Option* one) { return one != repeated; }))
         entries.push_back(describe(*option));
     // Groups of options are commands without a name.
     for (const CLI::App* group : app.get_subcommands([](const CLI::App* part) { return part->get_name().empty(); }))

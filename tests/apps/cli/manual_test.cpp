@@ -1,6 +1,7 @@
 #include "tests/apps/cli/SampleDataset.h"
 
 #include <cstdlib>
+#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -23,6 +24,19 @@ TEST(Manual, PageNamesEveryCommandWithItsOptions)
     EXPECT_THAT(result.output, HasSubstr("\\fB\\-\\-order\\fR \\fIINT\\fR\n"));
     EXPECT_THAT(result.output, HasSubstr("\\fB\\-\\-npy\\fR")); // stands in a group of options
     EXPECT_THAT(result.output, HasSubstr("megset gradient run.meg \\-\\-order 3"));
+}
+
+TEST(Manual, EachCommandHasItsHelpOnce)
+{
+    std::istringstream page(runMegset({"man"}).output);
+    int commands = 0;
+    int helps = 0;
+    for (std::string line; std::getline(page, line);) {
+        commands += line.starts_with(".SS ") ? 1 : 0;
+        helps += line.find("\\-\\-help\\fR") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_GT(commands, 10);
+    EXPECT_EQ(helps, commands + 1); // and the program's own
 }
 
 TEST(Manual, BashCompletesCommandsAndOptions)
