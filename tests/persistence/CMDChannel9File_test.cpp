@@ -331,6 +331,18 @@ TEST_F(ChannelRecord, ChannelTypeZeroOfTheOldestFilesBecomesTen)
     }
 }
 
+TEST_F(ChannelRecord, OtherChannelTypesOfTheOldestFilesStay)
+{
+    for (const int type : {-1, 1, 10, 302, INT32_MIN}) {
+        Parts parts;
+        parts.geometryType = geometryType(type, 0);
+        parts.geometry = none(1);
+        CMDChannelzk read;
+        ASSERT_EQ(load(read, record(20090726, parts)), 1);
+        EXPECT_EQ(read.m_nChannelType, type);
+    }
+}
+
 TEST_F(ChannelRecord, AChannelOfGeometryTypeZeroHasAGuardOfZero)
 {
     fill(channel);

@@ -449,6 +449,17 @@ TEST_F(TrialThatCannotBeSaved, NoTitleIsSuggestedForAFolderOf256CharactersOrMore
     EXPECT_EQ(host.fileRequests().front().fileName, CString());
 }
 
+TEST_F(TrialThatCannotBeSaved, ATitleOf255CharactersIsSuggestedAndALongerOneIsNot)
+{
+    for (const std::size_t length : {255U, 256U}) {
+        const CString title{std::string(length, 't')};
+        host.willAnswerYes();
+        host.willCancelFile();
+        EXPECT_EQ(save(folder.path(title + ".trl")), 0);
+        EXPECT_EQ(host.fileRequests().back().fileName, length == 255 ? title : CString());
+    }
+}
+
 TEST_F(TrialThatCannotBeSaved, TheDialogOpensOnTheKindOfFileThatWasUsedLast)
 {
     for (const int index : {2, 1}) {

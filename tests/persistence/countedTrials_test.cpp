@@ -16,7 +16,7 @@ namespace megset::countedTrials_test {
 
 namespace {
 
-class CountedTrials : public ::testing::Test
+class TrialsWithoutPlaces : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -38,50 +38,50 @@ private:
     std::chrono::steady_clock::time_point m_begin;
 };
 
-TEST_F(CountedTrials, HaveNoSensorsToBeMoved)
+TEST_F(TrialsWithoutPlaces, HaveNoSensorsToBeMoved)
 {
     EXPECT_EQ(data.setSnsFidDewar2work(-1, true), 1);
     host.expectNoMessages();
 }
 
-TEST_F(CountedTrials, TakeNoElectrodes)
+TEST_F(TrialsWithoutPlaces, TakeNoElectrodes)
 {
     LoadingArchive archive(electrodeFile({electrodeEntry(302, 1)}));
     EXPECT_EQ(data.serializeElectrodeInfo(*archive, true), 1);
     host.expectNoMessages();
 }
 
-TEST_F(CountedTrials, TakeNoProbes)
+TEST_F(TrialsWithoutPlaces, TakeNoProbes)
 {
     LoadingArchive archive(seegFile({1}));
     EXPECT_EQ(data.serializeSeegInfo(*archive, 1), 1);
     host.expectNoMessages();
 }
 
-TEST_F(CountedTrials, HaveNoChannelForASensor)
+TEST_F(TrialsWithoutPlaces, HaveNoChannelForASensor)
 {
     EXPECT_EQ(data.initSensorBasic(0, 0, 100, true, "", "", 0, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
 }
 
-TEST_F(CountedTrials, HaveNoChannelToBeNamed)
+TEST_F(TrialsWithoutPlaces, HaveNoChannelToBeNamed)
 {
     EXPECT_EQ(data.setChannelName("new", 0, -1, false), 0);
     EXPECT_EQ(data.setMEGSensorName("raw", "working", 0, -1, true), 0);
 }
 
-TEST_F(CountedTrials, HaveNoChannelForAnElectrode)
+TEST_F(TrialsWithoutPlaces, HaveNoChannelForAnElectrode)
 {
     const CEEGelectrodezk one = electrode(1);
     EXPECT_EQ(data.setEEG_electrodes(&one, -1, true), 1);
 }
 
-TEST_F(CountedTrials, HaveNoSamplesToBeReduced)
+TEST_F(TrialsWithoutPlaces, HaveNoSamplesToBeReduced)
 {
     data.setGradientNoiseReduction(1, true, false);
     data.setGradient2Non();
 }
 
-TEST_F(CountedTrials, HaveNoSpectrum)
+TEST_F(TrialsWithoutPlaces, HaveNoSpectrum)
 {
     double least = 0.0;
     double most = 0.0;
@@ -92,7 +92,7 @@ TEST_F(CountedTrials, HaveNoSpectrum)
     EXPECT_EQ(data.setAllTrialSpctmNAN2zero(0, 2), 1);
 }
 
-TEST_F(CountedTrials, HaveNoTriggerChannel)
+TEST_F(TrialsWithoutPlaces, HaveNoTriggerChannel)
 {
     EXPECT_EQ(data.trigChannelDcoff(1), 1);
     host.expectNoMessages();
