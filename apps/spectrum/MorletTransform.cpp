@@ -46,18 +46,18 @@ std::size_t goodLength(std::size_t least)
 
 } // namespace
 
-// Forward and backward transform of one length in place, neither divided by the length.
+// Forward and backward transform of one length, neither divided by the length. Not in place: for that FFTW takes a
+// buffer at every transform, which the heap can't give again for the next one, so that it grows with the channels.
 class MorletTransform::Fft
 {
 public:
-    explicit Fft(std::size_t length)
-        : m_length(length), m_data(static_cast<fftw_complex*>(fftw_malloc(length * sizeof(fftw_complex))))
+    explicit Fft(std::size_t length) : m_length(length), m_input(newArray(length)), m_output(newArray(length))
     {
-        if (m_data == nullptr)
+        if (m_input == nullptr || m_output == nullptr)
             throw std::bad_alloc();
         const auto n = static_cast<int>(length);
-        m_forward = fftw_plan_dft_1d(n, m_data, m_data, FFTW_FORWARD, FFTW_ESTIMATE);
-        m_backward = fftw_plan_dft_1d(n, m_data, m_data, FFTW_BACKWARD, FFTW_ESTIMATE);
+        m_forward = fftw_plan_dft_1d(n, m_input.get(), m_output.get(), FFTW_FORWARD, FFTW_ESTIMATE);
+        m_backward = fftw_plan_dft_1d(n, m_input.get(), m_output.get(), FFTW_BACKWARD, FFTW_ESTIMATE);
     }
     Fft(const Fft&) = delete;
     Fft& operator=(const Fft&) = delete;
@@ -65,17 +65,33 @@ public:
     {
         fftw_destroy_plan(m_forward);
         fftw_destroy_plan(m_backward);
-        fftw_free(m_data);
     }
 
-    // std::complex<double> is laid out as two doubles.
-    std::span<std::complex<double>> data() const { return {reinterpret_cast<std::complex<double>*>(m_data), m_length}; }
+    std::span<std::complex<double>> input() const { return view(m_input); }
+    std::span<const std::complex<double>> output() const { return view(m_output); }
     void forward() const { fftw_execute(m_forward); }
     void backward() const { fftw_execute(m_backward); }
 
 private:
+    struct Free
+    {
+        void operator()(fftw_complex* array) const { fftw_free(array); }
+    };
+    using Array = std::unique_ptr<fftw_complex[], Free>;
+
+    static Array newArray(std::size_t length)
+    {
+        return Array(static_cast<fftw_complex*>(fftw_malloc(length * sizeof(fftw_complex))));
+    }
+    // std::complex<double> is laid out as two doubles.
+    std::span<std::complex<double>> view(const Array& array) const
+    {
+        return {reinterpret_cast<std::complex<double>*>(array.get()), m_length};
+    }
+
     std::size_t m_length;
-    fftw_complex* m_data;
+    Array m_input;
+    Array m_output;
     fftw_plan m_forward = nullptr;
     fftw_plan m_backward = nullptr;
 };
@@ -111,7 +127,7 @@ std::vector<double> MorletTransform::spectrumOfWavelet(double hz) const
     const double s = deviation(hz, m_cycles);
     const double mean = std::exp(-m_cycles * m_cycles / 2.0);
     const std::size_t half = halfLength(hz, m_cycles, m_rate);
-    const auto data = m_fft->data();
+    const auto data = m_fft->input();
     std::ranges::fill(data, 0.0);
     double sum = 0.0;
     for (std::size_t i = 0; i <= half; ++i) {
@@ -126,7 +142,8 @@ std::vector<double> MorletTransform::spectrumOfWavelet(double hz) const
     m_fft->forward();
     const double scale = 2.0 / sum / static_cast<double>(data.size());
     std::vector<double> spectrum(data.size());
-    std::ranges::transform(data, spectrum.begin(), [=](const std::complex<double>& x) { return scale * x.real(); });
+    std::ranges::transform(m_fft->output(), spectrum.begin(),
+                           [=](const std::complex<double>& x) { return scale * x.real(); });
     return spectrum;
 }
 
@@ -134,11 +151,12 @@ void MorletTransform::transform(std::span<const double> samples, const TimeAxis&
                                 std::span<double> imaginary)
 {
     const std::size_t points = axis.points(m_samples);
-    const auto data = m_fft->data();
+    const auto data = m_fft->input();
+    const auto transformed = m_fft->output();
     std::ranges::fill(data, 0.0);
     std::ranges::copy(samples.first(std::min(samples.size(), m_samples)), data.begin());
     m_fft->forward();
-    m_spectrum.assign(data.begin(), data.end());
+    m_spectrum.assign(transformed.begin(), transformed.end());
     std::vector<double> unkept;
     for (std::size_t f = 0; f < m_hz.size(); ++f) {
         if (m_wavelets.empty())
@@ -148,7 +166,7 @@ void MorletTransform::transform(std::span<const double> samples, const TimeAxis&
             data[i] = m_spectrum[i] * wavelet[i];
         m_fft->backward();
         for (std::size_t t = 0; t < points; ++t) {
-            const std::complex<double> value = data[axis.edge + t * axis.step];
+            const std::complex<double> value = transformed[axis.edge + t * axis.step];
             real[t * m_hz.size() + f] = value.real();
             imaginary[t * m_hz.size() + f] = value.imag();
         }

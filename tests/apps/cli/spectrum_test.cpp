@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <malloc.h>
+
 namespace megset::cli::spectrum_test {
 
 namespace {
@@ -449,6 +451,24 @@ TEST_F(Spectrum, ChannelsOfDifferentLengthAreToldAndTrialsMayDiffer)
     compute();
     EXPECT_THAT(shown({"--channel", "M1", "--trial", "0"}).at("ms"), SizeIs(50));
     EXPECT_THAT(shown({"--channel", "M1", "--trial", "1"}).at("ms"), SizeIs(38));
+}
+
+// The planes themselves are sample memory, which is no part of the heap.
+TEST(SpectrumMemory, TheHeapDoesNotGrowWithThePlanesOfEachChannel)
+{
+    constexpr int channels = 64;
+    const std::vector<double> wave(12'000, 1.0);
+    CMDTrialzk trial;
+    ASSERT_TRUE(trial.allocateChannels(channels));
+    for (int c = 0; c < channels; ++c) {
+        trial.getChannel(c)->setChannelType(100);
+        trial.getChannel(c)->addData(std::ssize(wave), wave.data());
+    }
+    SpectrumRequest request;
+    request.axis = spectrum::linearAxis("2:40:2");
+    const std::size_t before = mallinfo2().arena;
+    EXPECT_EQ(computeSpectra(trial, 1200.0, request), channels);
+    EXPECT_LE(mallinfo2().arena, before + (std::size_t{8} << 20U));
 }
 
 } // namespace
