@@ -112,7 +112,7 @@ MorletTransform::MorletTransform(std::size_t samples, double rate, std::vector<d
     if (samples + longest >= longestTransform)
         throw std::invalid_argument("the wavelets are too long");
     m_fft = std::make_unique<Fft>(goodLength(std::max(samples + longest, 2 * longest + 1)));
-    if (m_fft->data().size() > mostKeptValues / std::max<std::size_t>(m_hz.size(), 1))
+    if (m_fft->input().size() > mostKeptValues / std::max<std::size_t>(m_hz.size(), 1))
         return;
     for (const double frequency : m_hz)
         m_wavelets.push_back(spectrumOfWavelet(frequency));
