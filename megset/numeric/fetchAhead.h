@@ -7,6 +7,7 @@
 
 namespace megset::numeric {
 
+/// Doubles in a line of the cache.
 constexpr std::size_t valuesOfCacheLine = 8;
 
 /// Begins to fetch the values that a loop reads some lines behind x. What lies past the end does no harm.
