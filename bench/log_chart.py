@@ -29,7 +29,8 @@ class Axis:
 
 
 class Panel:
-    """Lines of (x, y) by name, and what the axes say. `guide` draws a line of that slope in the logarithms."""
+    """Lines of (x, y) by name, and what the axes say. `guide` draws a line of that slope in the logarithms below the line
+    of that name."""
 
     def __init__(self, title, x_label, lines, guide=None):
         self.title, self.x_label, self.lines, self.guide = title, x_label, lines, guide
@@ -63,13 +64,13 @@ class Panel:
         return "\n".join(parts + ["</g>"])
 
     def _guide(self, x, y):
-        """Beside the first line, as if that were straight through its middle."""
-        first, last = self.xs()[0], self.xs()[-1]
-        middle = next(iter(self.lines.values()))[len(self.xs()) // 2]
+        slope, name = self.guide
+        line = self.lines[name]
+        middle = line[len(line) // 2]
         ends = []
-        for at in (first, last):
-            value = middle[1] * (at / middle[0]) ** self.guide * 2.0
-            ends.append(f"{x.at(at):.1f} {min(max(HEIGHT - y.at(value), 0), HEIGHT):.1f}")
+        for at in (self.xs()[0], self.xs()[-1]):
+            value = middle[1] / 3 * (at / middle[0]) ** slope
+            ends.append(f"{x.at(at):.1f} {HEIGHT - y.at(value):.1f}")
         return f'<path class="p" d="M{"L".join(ends)}"/>'
 
 
