@@ -435,6 +435,8 @@ TEST_F(ChannelFilling, UpdateHDTrialDataLRefusesAnyOtherCount)
             EXPECT_EQ(channel.updateHDTrialDataL(n, data), 0);
         EXPECT_EQ(channel.updateHDTrialDataL(6, nullptr), 0);
         EXPECT_EQ(contents(channel), before) << state;
+        channel.m_nTotalSample = 0; // a count of nothing, with an array or without
+        EXPECT_EQ(channel.updateHDTrialDataL(0, data), 0);
     }
 }
 

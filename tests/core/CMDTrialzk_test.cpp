@@ -171,6 +171,23 @@ TEST_F(RawData, ComesBackForEegChannels)
     EXPECT_EQ(reversed(), 2);
 }
 
+TEST_F(RawData, ComesBackForEegChannelsOfEveryKind)
+{
+    for (const int type : {300, 301, 310, 330, 350, 354}) {
+        trial->getChannel(1)->m_nChannelType = type;
+        trial->getChannel(1)->getDataWave()[0] = -1.0;
+        EXPECT_EQ(trial->copyRawData(false, true, false, false), 1);
+        EXPECT_EQ(reversed(), 2) << type;
+    }
+}
+
+TEST_F(RawData, ComesBackForReferencesAsForOtherMegChannels)
+{
+    trial->getChannel(0)->m_nChannelType = 10;
+    EXPECT_EQ(trial->copyRawData(true, false, false, false), 1);
+    EXPECT_EQ(reversed(), 1);
+}
+
 TEST_F(RawData, DoesNotHeedTheThirdArgument)
 {
     EXPECT_EQ(trial->copyRawData(false, false, true, false), 1);
@@ -216,6 +233,17 @@ TEST(TrialInfo, IsTakenOverAsFarAsBothHaveChannels)
     EXPECT_EQ(more->copyTrialInfo(source.get()), 1);
     EXPECT_EQ(more->getChannelName(1), "B");
     EXPECT_EQ(more->getChannelName(3), "Unknown");
+}
+
+TEST(TrialInfo, HasTheHeadLocalisation)
+{
+    const auto source = makeTrial(0, 1, 1);
+    source->m_headLocalization.m_nWorkCoordinate = 2;
+    source->m_headLocalization.m_fidDewarMsr.getFiducialPt(0)->setFidPos(1.0, 2.0, 3.0);
+    const auto trial = makeTrial(0, 1, 1);
+    ASSERT_FALSE(trial->m_headLocalization == source->m_headLocalization);
+    EXPECT_EQ(trial->copyTrialInfo(source.get()), 1);
+    EXPECT_TRUE(trial->m_headLocalization == source->m_headLocalization);
 }
 
 TEST(TrialInfo, IsNotTakenFromNothing)

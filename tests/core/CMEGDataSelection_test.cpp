@@ -521,13 +521,15 @@ TEST_F(Times, StoreTheUsableRateWhereverTheyReadIt)
 
 TEST_F(Times, TellOfARateThatIsNotAboveZero)
 {
-    const ScriptedHost host;
-    record(-1.0, 0);
-    EXPECT_EQ(data.getSampleRate(), 1e-15);
-    EXPECT_EQ(rate(), 1e-15);
-    EXPECT_THAT(host.messages(), ElementsAre("Sampling rate must be larger than 0!"));
-    EXPECT_EQ(data.getSampleRate(), 1e-15);
-    EXPECT_EQ(host.messages().size(), 1U);
+    for (const double bad : {-1.0, 0.0}) {
+        const ScriptedHost host;
+        record(bad, 0);
+        EXPECT_EQ(data.getSampleRate(), 1e-15);
+        EXPECT_EQ(rate(), 1e-15);
+        EXPECT_THAT(host.messages(), ElementsAre("Sampling rate must be larger than 0!")) << bad;
+        EXPECT_EQ(data.getSampleRate(), 1e-15);
+        EXPECT_EQ(host.messages().size(), 1U);
+    }
 }
 
 TEST_F(Times, SetANegativePreTriggerToZero)

@@ -183,6 +183,12 @@ TEST_F(Zooms, TheTimeScaleIsStoredWithoutItsSign)
 class ZoomUsed : public Zooms
 {
 protected:
+    // Where nothing is shown the result is 1, which is so none of the zooms.
+    void SetUp() override
+    {
+        Zooms::SetUp();
+        data.m_dZoomMEGSensor = 1.5;
+    }
     double usedOf(const std::vector<int>& types)
     {
         makeChannels(types);
@@ -193,7 +199,7 @@ protected:
 
 TEST_F(ZoomUsed, IsThatOfTheFirstKindThatIsShown)
 {
-    EXPECT_EQ(usedOf({400, 600, 300, 302, 10, 103}), 1.0);
+    EXPECT_EQ(usedOf({400, 600, 300, 302, 10, 103}), 1.5);
     EXPECT_EQ(usedOf({400, 600, 300, 303, 13}), 2.0);
     EXPECT_EQ(usedOf({402, 601, 300, 302}), 3.0);
     EXPECT_EQ(usedOf({401, 602, 300}), 4.0);
@@ -210,7 +216,7 @@ TEST_F(ZoomUsed, LooksAtChannelsThatAreShown)
 {
     makeChannels({100, 302, 600});
     giveFlags();
-    EXPECT_EQ(data.getShowZoomUsed(), 1.0);
+    EXPECT_EQ(data.getShowZoomUsed(), 1.5);
     data.setShowChnl4Alltrials(0, 0);
     EXPECT_EQ(data.getShowZoomUsed(), 3.0);
     data.setShowChnl4Alltrials(1, 0);
@@ -228,7 +234,7 @@ TEST_F(ZoomUsed, AChannelBeyondTheFlagsCountsAsShown)
     data.setShowChnl4Alltrials(0, 0);
     makeChannels({302, 100});
     ASSERT_EQ(data.m_nChnlParamCount, 1);
-    EXPECT_EQ(data.getShowZoomUsed(), 1.0);
+    EXPECT_EQ(data.getShowZoomUsed(), 1.5);
 }
 
 TEST_F(ZoomUsed, IsZeroWithoutChannelsOrTrial)
