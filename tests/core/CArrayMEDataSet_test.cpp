@@ -190,6 +190,22 @@ TEST_F(DatasetArray, TheDialogIsMadeOnceAndShowsTheGivenOrTheCurrentDataset)
     EXPECT_EQ(dialog->m_pDataset, first);
 }
 
+TEST_F(DatasetArray, TheDialogKeepsParentAndCallbacks)
+{
+    CMEGDatazk* const data = add();
+    ASSERT_EQ(data->initMEGData(1, 1, 2), 1);
+    CDocument* (*const create)() = [] { return static_cast<CDocument*>(nullptr); };
+    int (*const attach)(CPtrArray*, CDocument*) = [](CPtrArray*, CDocument*) { return 0; };
+    CWnd parent;
+    EXPECT_EQ(array.showDlgResampling2NewData(data, &parent, create, attach), 1);
+    EXPECT_EQ(array.m_pDlgResampling->m_createDocument, create);
+    EXPECT_EQ(array.m_pDlgResampling->m_attachDatasets, attach);
+    EXPECT_EQ(array.m_pDlgResampling->m_pParent, &parent);
+    EXPECT_EQ(array.showDlgResampling2NewData(data, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(array.m_pDlgResampling->m_createDocument, nullptr);
+    EXPECT_EQ(array.m_pDlgResampling->m_pParent, &parent) << "null is no parent";
+}
+
 TEST_F(DatasetArray, TheDialogNeedsADatasetWithTrials)
 {
     EXPECT_EQ(array.showDlgResampling2NewData(nullptr, nullptr, nullptr, nullptr), 0);
