@@ -204,7 +204,8 @@ TEST_F(DatasetArray, TheDialogIsToldOfTheCallbacksAndOfAParentIfOneIsGiven)
     EXPECT_EQ(dialog.m_attachDatasets, +attach);
     EXPECT_EQ(dialog.m_pParent, &parent);
     EXPECT_TRUE(dialog.IsWindowVisible());
-    EXPECT_EQ(array.showDlgResampling2NewData(data, nullptr, createDocument, attach), 1);
+    EXPECT_EQ(array.showDlgResampling2NewData(data, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(dialog.m_createDocument, nullptr);
     EXPECT_EQ(dialog.m_pParent, &parent);
 }
 

@@ -192,6 +192,17 @@ TEST(PeakChannel, IsAShownOneOnDemand)
     EXPECT_EQ(t.data.findPeakChnl_RN(0, 1, false, true), "C0");
 }
 
+TEST(PeakChannel, IsSearchedAsFarAsTheFirstChannelGoesWhicheverIsCurrent)
+{
+    PeakTrial t({{0, 1, 2}, {0, 0, 0, 9}, {0, 5}});
+    for (const int current : {1, 2, 0}) {
+        t.trial->setCurrentChannel(current);
+        EXPECT_EQ(t.data.findPeakChnl_RN(0, 99, false, false), "C2");
+        EXPECT_EQ(t.data.findPeakChnl_RN(2, 99, false, false), "C0") << "no sample before the last one";
+        EXPECT_EQ(t.data.findPeakChnl_RID(2, 99, false, false), 0);
+    }
+}
+
 TEST(PeakChannel, SearchesAShorterChannelToItsOwnEnd)
 {
     PeakTrial t({{0, 1, 2, 0}, {0, 9}, {}});

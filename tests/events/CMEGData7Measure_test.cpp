@@ -103,6 +103,14 @@ TEST(MeasureChannel, AllAtOnceWarnOnceOfFewSamples)
     EXPECT_EQ(CMEGDatazk().getMeasurementParamAllChnlSD(0, 2, all), 0);
 }
 
+TEST(MeasureChannel, OfMinusOneIsTheCurrentOne)
+{
+    MeasuredDataset m({{1, 2, 3, 4, 5}, {11, 12, 13, 14, 15}});
+    m.data.setCurrentChannel(0, 1);
+    EXPECT_EQ(m.measure(-1, 0, 4), 5);
+    EXPECT_EQ(m.mean, 13.0);
+}
+
 TEST(MeasureChannel, NeedsACurrentChannel)
 {
     const ScriptedHost host;
@@ -189,6 +197,16 @@ TEST(MeasureChannels, OfAKind)
     m.data.setShowChnl4Alltrials(0, 0);
     EXPECT_EQ(m.measureAll(true, 0, 2), 3);
     EXPECT_EQ(m.min, 2.0);
+}
+
+TEST(MeasureChannels, OfEegAreThoseThatMeasure)
+{
+    MeasuredDataset m({{0, 1, 1, 1, 1}, {0, 2, 2, 2, 2}, {0, 6, 6, 6, 6}});
+    m.channel(0).m_nChannelType = 300; // no measure channel
+    m.channel(1).m_nChannelType = 302;
+    m.channel(2).m_nChannelType = 303;
+    EXPECT_EQ(m.measureAll(false, 0, 1), 2);
+    EXPECT_EQ(m.mean, 4.0);
 }
 
 TEST(MeasureChannels, GivesZeroWithNoChannelAndWithoutTrial)
@@ -338,6 +356,16 @@ TEST(RangeAtASample, NeedsASampleOfTheCurrentChannel)
     EXPECT_EQ(m.data.getAllChnlDataRng4SelectPt(0, m.min, m.max, false, false), 0);
     CMEGDatazk none;
     EXPECT_EQ(none.getAllChnlDataRng4SelectPt(0, m.min, m.max, false, false), 0);
+}
+
+TEST(RangeAtASample, MayLieAsFarAsTheCurrentChannelGoes)
+{
+    MeasuredDataset m({{0, 5}, {0, -2, 3}});
+    m.data.setCurrentChannel(0, 1);
+    EXPECT_EQ(m.data.getAllChnlDataRng4SelectPt(2, m.min, m.max, false, false), 1);
+    EXPECT_EQ(m.min, 3.0);
+    EXPECT_EQ(m.max, 3.0);
+    EXPECT_EQ(m.data.getAllChnlDataRng4SelectPt(3, m.min, m.max, false, false), 0);
 }
 
 TEST(RangeAtASample, IsZeroWhereNoChannelIsOfTheKind)

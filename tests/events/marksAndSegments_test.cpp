@@ -110,10 +110,13 @@ TEST(BadSegment, TakesTimesOutsideTheTrialAsTheyAre)
     data.m_recordInfo.m_dRecSampleRate = 1000.0;
     EXPECT_EQ(data.addTrialBadSegment(-7.5, 1e300), 1);
     EXPECT_EQ(data.addTrialBadSegment(std::nan(""), 0.0), 1);
+    EXPECT_EQ(data.addTrialBadSegment(20.0, 10.0), 1) << "an end before the begin, too";
     const CMarkerDatazk& marker = *data.m_mkSegment.getMarker(0, false);
     EXPECT_EQ(marker.getMarkPt(0)->m_nMarkPtBegin, -7);
     EXPECT_EQ(marker.getMarkPt(0)->m_nMarkPtEnd, std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(marker.getMarkPt(1)->m_nMarkPtBegin, 0);
+    EXPECT_EQ(marker.getMarkPt(2)->m_nMarkPtBegin, 20);
+    EXPECT_EQ(marker.getMarkPt(2)->m_nMarkPtEnd, 10);
 }
 
 TEST(BadSegment, OfATrialOpensIt)

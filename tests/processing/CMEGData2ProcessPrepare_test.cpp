@@ -73,6 +73,23 @@ TEST(TrialRebuild, TheDatasetStaysWhereTheTrialsCountFits)
     EXPECT_EQ(wave(*trial.getChannel(0)), resampled(channelValues(0, 0, 30), false, 2, 16));
 }
 
+TEST(TrialRebuild, TheFirstChannelTellsWhetherTheTrialsCountFits)
+{
+    RecordedDataset filed(1, 2, 30);
+    CMEGDatazk& data = filed.data;
+    CMDTrialzk& trial = *data.getTrialzk(0);
+    trial.m_nTrialResampleStep = 3;
+    data.m_recordInfo.m_nResampleFactor = 2;
+    const std::vector<double> few(10, 1.0);
+    trial.getChannel(1)->addData(10, few.data());
+    trial.setCurrentChannel(1);
+    EXPECT_EQ(data.reSampleTrl4DcOffFilt(&trial), 1);
+    EXPECT_EQ(data.m_recordInfo.m_nResampleFactor, 2) << "the first one has the record's 30";
+    trial.getChannel(1)->addData(30, channelValues(0, 1, 30).data());
+    EXPECT_EQ(data.reSampleTrl4DcOffFilt(&trial), 1);
+    EXPECT_EQ(data.m_recordInfo.m_nResampleFactor, 3) << "and now the second alone";
+}
+
 TEST(TrialRebuild, AgreesWithThePlainLoopForRandomTrials)
 {
     std::mt19937 random(37);

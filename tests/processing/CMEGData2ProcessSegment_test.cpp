@@ -147,6 +147,17 @@ TEST(SelectedRange, AtALowerRateOrBesideNoOldOnesIsAddedWithoutAsking)
     EXPECT_TRUE(host.questions().empty());
 }
 
+TEST(SelectedRange, AtARateThatIsHigherByALittleAsks)
+{
+    RecordedDataset filed(1, 1, 100);
+    CMarkerDatazk& marker = mark(filed.data, {{1, 2}});
+    marker.m_dMarkSampleRate = 1000.0 - 1.1e-5;
+    ScriptedHost host;
+    host.willAnswerNo(rateChanged);
+    EXPECT_EQ(filed.data.addSegment4Cut(20, 30), 0);
+    EXPECT_EQ(marker.getTotalTrgMrkPts(), 1);
+}
+
 TEST(SelectedRange, NeedsATrialAndMemory)
 {
     CMEGDatazk none;

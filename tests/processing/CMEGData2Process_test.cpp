@@ -49,6 +49,17 @@ TEST(ChannelFlags, FallBackToTheirDefaultsForAnotherCount)
     EXPECT_THAT(flags(data.m_pChnlGood, 4), ElementsAre(1, 1, 1, 1));
 }
 
+TEST(ChannelFlags, FallBackToTheirDefaultsForFewerChannels)
+{
+    CMEGDatazk data;
+    data.checkInitChnlParam(makeTrial(0, 4, 1).get());
+    data.m_pChnlGood[1] = 0;
+    EXPECT_EQ(data.checkInitChnlParam(makeTrial(0, 3, 1).get()), 1);
+    EXPECT_EQ(data.m_nChnlParamCount, 3);
+    EXPECT_THAT(flags(data.m_pChnlGood, 3), ElementsAre(1, 1, 1));
+    EXPECT_EQ(data.isGoodChnl4Alltrials(3), 0);
+}
+
 TEST(ChannelFlags, AreAllResetWhereOneOfThemWasMissing)
 {
     CMEGDatazk data;

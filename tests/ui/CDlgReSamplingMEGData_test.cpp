@@ -214,6 +214,17 @@ TEST(ResampleDialog, SetNewRefusesPointsOutsideTheTrial)
     EXPECT_EQ(data.m_recordInfo.m_nRawPreTrigPts, 100);
 }
 
+TEST(ResampleDialog, SetNewRefusesTheNearestPointBelowZero)
+{
+    const ScriptedHost host;
+    CMEGDatazk data;
+    RecordingDialog dialog(recorded(data, 1000));
+    dialog.changePreTrigPts(-1);
+    EXPECT_EQ(dialog.setNewPreTrigPts(), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("Pre-Trigger points (%I64d) should be larger than 0"));
+    EXPECT_EQ(data.m_recordInfo.m_nRecPreTrigPts, 100);
+}
+
 TEST(ResampleDialog, TheRefusedNumberIsTheKindOfBox)
 {
     ScriptedHost host;
@@ -251,6 +262,17 @@ TEST(ResampleDialog, LoadOldTakesTheRecordedPointsBack)
     data.m_recordInfo.m_nRecTotalSample = 40;
     EXPECT_EQ(dialog.loadOldPreTrigPts(), 1);
     EXPECT_EQ(data.m_recordInfo.m_nRecPreTrigPts, 39);
+}
+
+TEST(ResampleDialog, LoadOldTakesZeroPoints)
+{
+    CMEGDatazk data;
+    RecordingDialog dialog(recorded(data, 1000));
+    data.m_recordInfo.m_nRawPreTrigPts = 0;
+    EXPECT_EQ(dialog.loadOldPreTrigPts(), 1);
+    EXPECT_EQ(dialog.m_nPreTrigPts, 0);
+    EXPECT_EQ(data.m_recordInfo.m_nRecPreTrigPts, 0);
+    EXPECT_THAT(dialog.calls(), ElementsAre("read", "show"));
 }
 
 TEST(ResampleDialog, LoadOldStopsAtANegativeNumber)
