@@ -260,6 +260,15 @@ TEST_F(TrialNormalization, ToTheRangeOfAShortTakesConstantDataToZero)
     EXPECT_THAT(values(2), Each(0.0));
 }
 
+TEST_F(TrialNormalization, ToTheRangeOfAShortByAKeptRangeOfOneValueSubtractsAlone)
+{
+    fill22(0, Values(4, 7.5));
+    trial.normSpctmValue2ShrtAllChnl(true, active, R);
+    fill22(0, {7.5, 8.5, 0.0, 7.5});
+    EXPECT_EQ(trial.normSpctmValue2ShrtAllChnl(false, active, R), 1);
+    EXPECT_THAT(values(0), ElementsAre(0.0, 1.0, -7.5, 0.0));
+}
+
 TEST_F(TrialNormalization, ToTheRangeOfAShortTakesAKeptRangeOrThePreset)
 {
     fill22(0, {0, 10, 0, 10});

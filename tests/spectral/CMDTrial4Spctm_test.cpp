@@ -191,6 +191,9 @@ TEST_F(TrialSpectra, APlaneWithoutElementsIsNotDrawn)
     channel(3).m_pSpctmR = tryNewSamples(0, true);
     channel(3).m_nTimePt = 5;
     EXPECT_FALSE(trial.hasSpctmData4draw(active, R));
+    channel(3).m_nTimePt = 0;
+    channel(3).m_nFreqPt = 5;
+    EXPECT_FALSE(trial.hasSpctmData4draw(active, R));
 }
 
 TEST_F(TrialSpectra, FrequencyDataToDrawMoveTheCurrentChannelOn)

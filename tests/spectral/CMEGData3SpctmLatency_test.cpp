@@ -223,6 +223,21 @@ TEST(RangeOfDataset, TakesTheExtremesAndTheMeanOfTheMeansOfTrialsInMemory)
     EXPECT_EQ(range.mean, sum / 3.0);
 }
 
+TEST(RangeOfDataset, BeginsWithTheFirstTrialAndNotWithThePreset)
+{
+    for (const double sign : {-1.0, 1.0}) {
+        CMEGDatazk data;
+        ASSERT_EQ(data.initMEGData(2, 1, 4), 1);
+        for (int t = 0; t < 2; ++t) {
+            data.getMDTrial(t)->getSpctmTrial(true, 0);
+            setPlanes(*data.getMDTrial(t)->getChannel(0), 0, 1, 2, {sign * (4.0 + t), sign * (8.0 + t)});
+        }
+        const Range range(data, 1, 0, 0);
+        EXPECT_EQ(range.min, sign < 0.0 ? -9.0 : 4.0);
+        EXPECT_EQ(range.max, sign < 0.0 ? -4.0 : 9.0);
+    }
+}
+
 TEST(RangeOfDataset, IsOfTheClassAndDataTypeAndTakesKeptRangesUnlessComputed)
 {
     SpectralDataset set({100});

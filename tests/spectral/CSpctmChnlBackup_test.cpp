@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,6 +38,19 @@ TEST_F(ChannelSpectrum, BackupOfAnotherShapeReplacesAll)
     EXPECT_EQ(spectrum.m_nBkTimePt, 2);
     EXPECT_EQ(backup(spectrum, R), Values(4, 0.0));
     EXPECT_EQ(spectrum.m_pBkSpctmI, nullptr);
+}
+
+TEST_F(ChannelSpectrum, BackupOfOtherTimesOrOtherFrequenciesAloneReplacesAll)
+{
+    for (const auto& [nTimePt, nFreqPt] : {std::pair{T, F + 5}, {T, F - 1}, {T + 5, F}, {T - 1, F}}) {
+        fillAll();
+        ASSERT_EQ(spectrum.initSpctmSpace(nTimePt, nFreqPt, true, 0, 0), 1);
+        ASSERT_EQ(spectrum.storeData2Backupfile(), 1);
+        EXPECT_EQ(spectrum.m_nBkTimePt, nTimePt);
+        EXPECT_EQ(spectrum.m_nBkFreqPt, nFreqPt);
+        EXPECT_EQ(backup(spectrum, R), Values(static_cast<std::size_t>(nTimePt * nFreqPt), 0.0));
+        EXPECT_EQ(spectrum.m_pBkSpctmA, nullptr);
+    }
 }
 
 TEST_F(ChannelSpectrum, BackupOfNothingClearsTheBackup)

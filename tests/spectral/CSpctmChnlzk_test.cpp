@@ -29,6 +29,11 @@ TEST_F(SpectrumArithmetic, ThreeDataAreRIAndM)
     setPlane(spectrum, I, 1, 2, {1, 2});
     EXPECT_EQ(spectrum.has3Data(), 1);
     EXPECT_EQ(spectrum.has4Data(), 1);
+    setPlane(other, R, 1, 2, {1, 2});
+    setPlane(other, I, 1, 2, {1, 2});
+    setPlane(other, A, 1, 2, {1, 2});
+    EXPECT_EQ(other.has3Data(), 0);
+    EXPECT_EQ(other.has4Data(), 0);
     spectrum.m_pSpctmA.reset();
     EXPECT_EQ(spectrum.has3Data(), 1);
     EXPECT_EQ(spectrum.has4Data(), 0);
@@ -212,6 +217,16 @@ TEST_F(SpectrumCombination, AnotherShapeEndsWhatIsHeldBackupIncluded)
     EXPECT_EQ(spectrum.m_pSpctmA, nullptr);
     EXPECT_EQ(spectrum.m_pBkSpctmA, nullptr);
     EXPECT_THAT(planeValues(spectrum, R), ElementsAre(13, 24));
+}
+
+TEST_F(SpectrumCombination, AnotherShapeEndsTheBackupAlsoWhenNothingIsCombined)
+{
+    setPlane(spectrum, A, 3, 1, {1, 2, 3});
+    spectrum.storeData2Backupfile();
+    EXPECT_EQ(spectrum.operateSpctmChnlAB2C(&other, &third, false, 1), 0); // R is missing now
+    EXPECT_EQ(spectrum.m_pSpctmA, nullptr);
+    EXPECT_EQ(spectrum.m_pBkSpctmA, nullptr);
+    EXPECT_EQ(spectrum.m_nBkTimePt, 0);
 }
 
 TEST_F(SpectrumCombination, AMissingPlaneWithoutLeaveToMakeItCombinesNothing)

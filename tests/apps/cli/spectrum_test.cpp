@@ -223,6 +223,21 @@ TEST_F(KnownSpectrum, EverySumShowsItsPlane)
     EXPECT_EQ(shown({"--channel", "E1"}).at("unit"), "uV");
 }
 
+TEST_F(KnownSpectrum, SumsLeaveOutBadAndHiddenChannels)
+{
+    keep(1, {1.0, 1.0, 1.0, 1.0});
+    keep(2, {5.0, 1.0, 1.0, 1.0});
+    keep(3, {30.0, 1.0, 1.0, 1.0});
+    sample.dataset().checkInitChnlParam(sample.dataset().getCurrentTrialPt());
+    sample.dataset().setGoodChnl4Alltrials(2, 0);
+    sample.store();
+    EXPECT_EQ(shown({"--sum", "max"}).at("values")[0][0], 1.0);
+    sample.dataset().setShowChnl4Alltrials(3, 0);
+    sample.store();
+    EXPECT_EQ(shown({"--sum", "max", "--kind", "all"}).at("values")[0][0], 1.0);
+    EXPECT_EQ(shown({"--channel", "M2"}).at("values")[0][0], 5.0);
+}
+
 TEST_F(KnownSpectrum, NormalizationFollowsItsLaw)
 {
     const auto normalized = [&](const char* law, const char* type) {
