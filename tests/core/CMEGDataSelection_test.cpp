@@ -490,6 +490,13 @@ TEST_F(Times, FollowTheirFormulasForRandomRates)
     }
 }
 
+TEST_F(Times, AreCutAfterTheDivisionSoThatAWholeSampleMayBeMissed)
+{
+    record(1000.0, 0);
+    EXPECT_EQ(data.timeMs2DataPoints(1001.0), 1000); // 1.001 s x 1000 Hz is a little less than 1001
+    EXPECT_EQ(data.timeMs2DataPoints(1002.0), 1002);
+}
+
 TEST_F(Times, OfLatencyZeroAreThePreTriggerAtUsualRates)
 {
     for (const double r : {250.0, 256.0, 500.0, 1000.0, 1024.0, 2000.0}) {
