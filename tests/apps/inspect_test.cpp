@@ -237,7 +237,7 @@ TEST_F(Inspect, JsonCountsWhatItHides)
 TEST_F(Inspect, EveryPrefixOfATrialSaysWhereItStops)
 {
     const auto bytes = trialBytes(1);
-    forEachPrefix(bytes, [](std::span<const std::byte> prefix) {
+    forEachPrefix(bytes, [this](std::span<const std::byte> prefix) {
         const std::size_t size = prefix.size();
         if (size < 24) { // inside the tag
             ASSERT_THAT(faultOf(prefix), HasSubstr("Known tags:"));
