@@ -328,5 +328,18 @@ TEST_F(CtfLibraryRecords, MarkersHaveTheSamplesOfTheirTimes)
     EXPECT_EQ(markers.getMarker(1, false)->m_nMarkID, 1);
 }
 
+TEST_F(CtfLibraryRecords, TimesBetweenSamplesAreOfTheNearestOne)
+{
+    Recording from = recording();
+    from.markers = {{"beep", "", {{0, 1.6 / 600.0}, {0, -0.4 / 600.0}, {0, -0.6 / 600.0}}}};
+    CMarkerManagerzk markers;
+    EXPECT_EQ(addMarkers(from.header, from.markers, markers), 0);
+    const CMarkerDatazk* const marker = markers.getMarker(0, false);
+    ASSERT_EQ(marker->getTotalTrgMrkPts(), 3);
+    EXPECT_EQ(marker->getMarkPt(0)->m_nMarkPtBegin, 3); // one sample lies before the trigger
+    EXPECT_EQ(marker->getMarkPt(1)->m_nMarkPtBegin, 1);
+    EXPECT_EQ(marker->getMarkPt(2)->m_nMarkPtBegin, 0);
+}
+
 } // namespace
 } // namespace megset::ctf::libraryRecords_test
