@@ -200,6 +200,7 @@ TEST(PeakChannel, IsSearchedAsFarAsTheFirstChannelGoesWhicheverIsCurrent)
         EXPECT_EQ(t.data.findPeakChnl_RN(0, 99, false, false), "C2");
         EXPECT_EQ(t.data.findPeakChnl_RN(2, 99, false, false), "C0") << "no sample before the last one";
         EXPECT_EQ(t.data.findPeakChnl_RID(2, 99, false, false), 0);
+        EXPECT_EQ(t.trial->m_nCurrentChannel, 0) << "the first one becomes current like any other";
     }
 }
 

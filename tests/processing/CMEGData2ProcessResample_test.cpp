@@ -314,6 +314,18 @@ TEST(ResampleParameters, AMarkerThatLostPointsGetsAllOfThemBack)
     EXPECT_THAT(host.questions(), IsEmpty());
 }
 
+TEST(ResampleParameters, OccurrencesThatTheBackupLacksStayWithoutAWord)
+{
+    const ScriptedHost host;
+    CMEGDatazk data;
+    recordAs(data, 1000);
+    CMarkerDatazk& trigger = addMarker(data.m_mkTrig, {100, 200, 300});
+    trigger.m_aMarkPtsBk.RemoveAt(2);
+    EXPECT_EQ(data.setResampleParameter(false, 10), 1);
+    EXPECT_THAT(beginsOf(trigger), ElementsAre(10, 20, 300));
+    host.expectNoMessages();
+}
+
 TEST(ResampleParameters, StayAsTheyWereWhenAMarkerCantBeRestored)
 {
     CMEGDatazk data;
