@@ -5,7 +5,7 @@
 
 #include "megset/platform/CArchiveException.h"
 
-#include "fuzz/SilentHost.h"
+#include "tests/kit/SilentHost.h"
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"

@@ -1,5 +1,5 @@
 #pragma once
-// The host of fuzz targets: nobody is there to read a message or to answer.
+// A host that shows nothing and answers every question alike: nobody is there.
 
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CUserHost.h"
@@ -11,7 +11,9 @@ namespace megset {
 class SilentHost : public CUserHost
 {
 public:
-    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDNO : IDOK; }
+    explicit SilentHost(int answer = IDNO) : m_answer(answer) {}
+
+    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? m_answer : IDOK; }
     std::optional<FileChoice> chooseFile(const FileRequest&) override { return std::nullopt; }
     void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
     void setProgress(int, std::int64_t) override {}
@@ -20,6 +22,9 @@ public:
     void beginWaitCursor() override {}
     void endWaitCursor() override {}
     void invalidate(CWnd&, bool) override {}
+
+private:
+    int m_answer;
 };
 
 } // namespace megset
