@@ -10,8 +10,8 @@
 #include "megset/core/CMEGDatazk.h"
 #include "megset/platform/AfxMessageBox.h"
 
-#include "SilentHost.h"
 #include "comparison.h"
+#include "tests/kit/SilentHost.h"
 
 namespace {
 
@@ -62,7 +62,7 @@ using Check = int (CMEGData6Classify::*)(bool);
 /// Scans the dataset of that one trial. `ratio` is the scan's rate over that of the sum; noise is in thousandths.
 void check(benchmark::State& state, Check how, int mode)
 {
-    SilentHost host;
+    SilentHost host(IDYES);
     CUserHost* former = AfxSetHost(&host);
     const std::vector<double> line = stimulus(1e-3 * static_cast<double>(state.range(0)));
     CMEGDatazk data;
@@ -96,7 +96,7 @@ SCAN(absDcM, checkTrigAbsDcM, 0);
 /// Both reports of 100,000 marks in as many trials as told, over 20 markers.
 void report(benchmark::State& state, CString (CMEGData6Classify::*how)())
 {
-    SilentHost host;
+    SilentHost host(IDYES);
     CUserHost* former = AfxSetHost(&host);
     const int trials = static_cast<int>(state.range(0));
     CMEGDatazk data;

@@ -6,10 +6,10 @@
 // samples shows all the more. Times are of the processor: the files stay in the page cache, and nothing waits for a
 // disk. `MB` is what lies on disk for what is timed.
 
-#include "bench/SilentHost.h"
 #include "bench/benchFolder.h"
 #include "bench/comparison.h"
 #include "bench/processMemory.h"
+#include "tests/kit/SilentHost.h"
 
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
@@ -220,7 +220,7 @@ public:
 private:
     benchmark::State& m_state;
     Size m_size;
-    SilentHost m_host;
+    SilentHost m_host{IDYES};
     CUserHost* m_former = nullptr;
     std::unique_ptr<CMEGDatazk> m_dataset;
 };

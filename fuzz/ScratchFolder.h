@@ -6,6 +6,8 @@
 
 #include "megset/platform/paths.h"
 
+#include "tests/kit/SilentHost.h"
+
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -73,8 +75,7 @@ inline const ScratchFolder& scratch()
 class YesHost : public SilentHost
 {
 public:
-    explicit YesHost(const CString& file) : m_file(file) {}
-    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? IDYES : IDOK; }
+    explicit YesHost(const CString& file) : SilentHost(IDYES), m_file(file) {}
     std::optional<FileChoice> chooseFile(const FileRequest&) override { return FileChoice{scratch().path(m_file), 1}; }
 
 private:

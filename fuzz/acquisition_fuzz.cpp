@@ -142,34 +142,13 @@ void runChannel(std::span<const std::byte> input)
         storeAndReload(channel);
 }
 
-void run(std::span<const std::byte> input)
-{
-    if (input.empty())
-        return;
-    const auto rest = input.subspan(1);
-    switch (std::to_integer<int>(input[0]) % 3) {
-    case 0:
-        return runDataset(rest);
-    case 1:
-        return runTrial(rest);
-    default:
-        return runChannel(rest);
-    }
-}
-
 } // namespace
+
+void fuzzInput(std::span<const std::byte> input)
+{
+    static YesHost host("fuzz.mega");
+    AfxSetHost(&host);
+    runChosen(input, {runDataset, runTrial, runChannel});
+}
+
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    static megset::YesHost host("fuzz.mega");
-    megset::AfxSetHost(&host);
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

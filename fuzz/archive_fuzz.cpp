@@ -228,35 +228,24 @@ constexpr Step steps[] = {step<Scalar<std::int8_t>>,
                           step<Pointers>,
                           step<Nested>};
 
-void run(std::span<const std::uint8_t> input)
+} // namespace
+
+void fuzzInput(std::span<const std::byte> input)
 {
     if (input.empty())
         return;
-    const std::size_t count = std::min<std::size_t>(input[0] % 32U, input.size() - 1);
+    const std::size_t count = std::min<std::size_t>(std::to_integer<unsigned>(input[0]) % 32U, input.size() - 1);
     const auto kinds = input.subspan(1, count);
-    CMemFile file(std::as_bytes(input.subspan(1 + count)));
+    CMemFile file(input.subspan(1 + count));
     limitMemory(input.size());
     CArchive archive(&file, CArchive::load);
     try {
-        for (const std::uint8_t kind : kinds)
-            steps[kind % std::size(steps)](archive);
+        for (const std::byte kind : kinds)
+            steps[std::to_integer<std::size_t>(kind) % std::size(steps)](archive);
     } catch (const CArchiveException&) {
     } catch (const CFileException&) {
     }
     require(archive.position() <= file.GetLength());
 }
 
-} // namespace
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run({data, size});
-    return 0;
-}

@@ -46,7 +46,9 @@ struct OldChannel : CMDChannelzk
     int serializezk(CArchive& ar) { return serializezk_obsolete20071230(ar, true); }
 };
 
-void run(std::span<const std::byte> input)
+} // namespace
+
+void fuzzInput(std::span<const std::byte> input)
 {
     OldChannel old;
     load(old, input);
@@ -58,17 +60,4 @@ void run(std::span<const std::byte> input)
     stored(channel);
 }
 
-} // namespace
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

@@ -101,25 +101,11 @@ void runRecord(std::span<const std::byte> input)
     use(manager);
 }
 
-void run(std::span<const std::byte> input)
-{
-    if (input.empty())
-        return;
-    const auto rest = input.subspan(1);
-    std::to_integer<int>(input[0]) % 2 == 0 ? runManager(rest) : runRecord(rest);
-}
-
 } // namespace
+
+void fuzzInput(std::span<const std::byte> input)
+{
+    runChosen(input, {runManager, runRecord});
+}
+
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

@@ -65,7 +65,9 @@ void use(CMEGDatazk& dataset)
     dataset.saveUnsavedTrials();
 }
 
-void run(std::span<const std::byte> input)
+} // namespace
+
+void fuzzInput(std::span<const std::byte> input)
 {
     WithoutTrials dataset;
     const bool loaded = load(dataset, input);
@@ -85,17 +87,4 @@ void run(std::span<const std::byte> input)
     use(dataset);
 }
 
-} // namespace
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

@@ -1,7 +1,5 @@
 #pragma once
-// What the fuzz targets have in common: the check that ends the program, the limit of memory, the silent host.
-
-#include "fuzz/SilentHost.h"
+// What the fuzz targets have in common: their entry, the check that ends the program, and the limit of memory.
 
 #include "megset/platform/memory.h"
 
@@ -9,8 +7,20 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
 
 namespace megset {
+
+/// Defined by each target: what it does with one input. A silent host, which answers No, is set.
+void fuzzInput(std::span<const std::byte> input);
+
+/// Runs what the first byte of the input chooses on the rest of it.
+template <std::size_t n>
+void runChosen(std::span<const std::byte> input, void (*const (&runs)[n])(std::span<const std::byte>))
+{
+    if (!input.empty())
+        runs[std::to_integer<std::size_t>(input[0]) % n](input.subspan(1));
+}
 
 inline void require(bool holds)
 {
@@ -33,13 +43,6 @@ inline bool withinBudget(std::size_t bytes) noexcept
 inline void limitMemory(std::size_t inputBytes, std::uint64_t perByte = 2, std::uint64_t megabytes = 64)
 {
     memoryLeft = (megabytes << 20U) + perByte * inputBytes;
-}
-
-inline void beginFuzzing()
-{
-    static SilentHost host;
-    AfxSetHost(&host);
-    setAllocationHook(withinBudget);
 }
 
 } // namespace megset

@@ -126,42 +126,17 @@ void runExchange(std::span<const std::byte> input)
     }
 }
 
-void run(std::span<const std::byte> input)
-{
-    if (input.empty())
-        return;
-    const auto rest = input.subspan(1);
-    switch (std::to_integer<int>(input[0]) % 6) {
-    case 0:
-        return runInformation<WithTrial<Electrodes<false>>>(rest);
-    case 1:
-        return runInformation<WithTrial<Electrodes<true>>>(rest);
-    case 2:
-        return runInformation<WithTrial<Probes<0>>>(rest);
-    case 3:
-        return runInformation<WithTrial<Probes<1>>>(rest);
-    case 4:
-        return runArray(rest);
-    default:
-        return runExchange(rest);
-    }
-}
-
 } // namespace
-} // namespace megset
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
+void fuzzInput(std::span<const std::byte> input)
 {
-    megset::beginFuzzing();
     // Another number of channels is no reason to stop. The name has the ends of both kinds of files already, so that
     // none is added.
-    static megset::YesHost host("fuzz.epos.seeg");
-    megset::AfxSetHost(&host);
-    return 0;
+    static YesHost host("fuzz.epos.seeg");
+    AfxSetHost(&host);
+    runChosen(input,
+              {runInformation<WithTrial<Electrodes<false>>>, runInformation<WithTrial<Electrodes<true>>>,
+               runInformation<WithTrial<Probes<0>>>, runInformation<WithTrial<Probes<1>>>, runArray, runExchange});
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}
+} // namespace megset

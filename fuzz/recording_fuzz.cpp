@@ -50,58 +50,45 @@ void run(std::span<const std::byte> input)
         use(static_cast<Base&>(record));
 }
 
-void run(std::span<const std::byte> input)
+} // namespace
+
+void fuzzInput(std::span<const std::byte> input)
 {
     // Inputs count on this order: more go to its end.
-    constexpr void (*runs[])(std::span<const std::byte>) = {run<CMEGRecordInfozkProzk>,
-                                                            run<CMEGRecordInfozk>,
-                                                            run<CFreqDataChnlzk>,
-                                                            run<CSumChnlFreqDatazk>,
-                                                            run<CFreqDataTrialzk>,
-                                                            run<CFreqDatasetFacezk>,
-                                                            run<CGroupMeegCxcFacezk>,
-                                                            run<CVirtSnsPOXlistzk>,
-                                                            run<CM3DIndex2Colorzk>,
-                                                            run<CContourMap2DInfozk>,
-                                                            run<CMegSquidzk>,
-                                                            run<CMegOpmzk>,
-                                                            run<CMagVaporzk>,
-                                                            run<CSpherezk>,
-                                                            run<CSensorAnalogzk>,
-                                                            run<CEEGelectrodezk>,
-                                                            run<CFiducialzk>,
-                                                            run<CHeadLocalizationzk>,
-                                                            run<CBscMagSnszk>,
-                                                            run<CMEGSensorzk>,
-                                                            run<CSeegProbezk>,
-                                                            run<CMarkerDatazk>,
-                                                            run<CMarkerManagerzk>,
-                                                            run<CFaceIcazk>,
-                                                            run<CVolumSourcImagzk>,
-                                                            run<CVolumSourcCoherencImagzk>,
-                                                            run<CMEGSpctmCCDataFacezk>,
-                                                            run<CSnsCohDatazk>,
-                                                            run<CSrcCohFacezk>,
-                                                            run<CFaceVirtChnlWavezk>,
-                                                            run<CFaceVirtChnlSpctmzk>,
-                                                            run<CChnlWaveAnalyzedResultzk>,
-                                                            run<CTrlWaveAnalyzedResultzk>,
-                                                            run<CFaceWaveAnalyzedResultzk>};
-    if (!input.empty())
-        runs[std::to_integer<std::size_t>(input[0]) % std::size(runs)](input.subspan(1));
+    runChosen(input, {run<CMEGRecordInfozkProzk>,
+                      run<CMEGRecordInfozk>,
+                      run<CFreqDataChnlzk>,
+                      run<CSumChnlFreqDatazk>,
+                      run<CFreqDataTrialzk>,
+                      run<CFreqDatasetFacezk>,
+                      run<CGroupMeegCxcFacezk>,
+                      run<CVirtSnsPOXlistzk>,
+                      run<CM3DIndex2Colorzk>,
+                      run<CContourMap2DInfozk>,
+                      run<CMegSquidzk>,
+                      run<CMegOpmzk>,
+                      run<CMagVaporzk>,
+                      run<CSpherezk>,
+                      run<CSensorAnalogzk>,
+                      run<CEEGelectrodezk>,
+                      run<CFiducialzk>,
+                      run<CHeadLocalizationzk>,
+                      run<CBscMagSnszk>,
+                      run<CMEGSensorzk>,
+                      run<CSeegProbezk>,
+                      run<CMarkerDatazk>,
+                      run<CMarkerManagerzk>,
+                      run<CFaceIcazk>,
+                      run<CVolumSourcImagzk>,
+                      run<CVolumSourcCoherencImagzk>,
+                      run<CMEGSpctmCCDataFacezk>,
+                      run<CSnsCohDatazk>,
+                      run<CSrcCohFacezk>,
+                      run<CFaceVirtChnlWavezk>,
+                      run<CFaceVirtChnlSpctmzk>,
+                      run<CChnlWaveAnalyzedResultzk>,
+                      run<CTrlWaveAnalyzedResultzk>,
+                      run<CFaceWaveAnalyzedResultzk>});
 }
 
-} // namespace
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

@@ -137,14 +137,7 @@ void run(std::span<const std::byte> input)
 } // namespace
 } // namespace megset::ctf
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
+void megset::fuzzInput(std::span<const std::byte> input)
 {
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::ctf::run(std::as_bytes(std::span(data, size)));
-    return 0;
+    ctf::run(input);
 }

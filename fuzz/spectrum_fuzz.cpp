@@ -88,9 +88,9 @@ void use(CSumChnlSpctmDatazk& sums)
 void use(SHOW_SHRINK_DATAF&) {}
 
 template <class Record>
-void run(std::span<const std::uint8_t> input)
+void run(std::span<const std::byte> input)
 {
-    CMemFile file(std::as_bytes(input));
+    CMemFile file(input);
     CArchive archive(&file, CArchive::load);
     Record record;
     try {
@@ -111,27 +111,13 @@ void run(std::span<const std::uint8_t> input)
     stored(record);
 }
 
-void run(std::span<const std::uint8_t> input)
-{
-    constexpr void (*runs[])(std::span<const std::uint8_t>) = {
-        run<CSpctmChnlzk>, run<CSpctmTrialzk>, run<CSumChnlSpctmDatazk>, run<SHOW_SHRINK_DATAF>, run<Ready>};
-    if (input.empty())
-        return;
-    limitMemory(input.size(), 64, 128);
-    runs[input[0] % std::size(runs)](input.subspan(1));
-}
-
 } // namespace
+
+void fuzzInput(std::span<const std::byte> input)
+{
+    limitMemory(input.size(), 64, 128);
+    runChosen(input,
+              {run<CSpctmChnlzk>, run<CSpctmTrialzk>, run<CSumChnlSpctmDatazk>, run<SHOW_SHRINK_DATAF>, run<Ready>});
+}
+
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run({data, size});
-    return 0;
-}

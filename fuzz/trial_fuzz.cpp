@@ -78,8 +78,12 @@ void useFile(std::span<const std::byte> input, bool isReadable)
     require(trial.saveTrialData(path, &document, document.GetPathName(), true) == 1);
 }
 
-void run(std::span<const std::byte> input)
+} // namespace
+
+void fuzzInput(std::span<const std::byte> input)
 {
+    static YesHost host("chosen.trl");
+    AfxSetHost(&host);
     CMDTrialzk trial;
     const bool isReadable = load(trial, input);
     if (isReadable) {
@@ -91,19 +95,4 @@ void run(std::span<const std::byte> input)
     useFile(input, isReadable);
 }
 
-} // namespace
 } // namespace megset
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    megset::beginFuzzing();
-    static megset::YesHost host("chosen.trl");
-    megset::AfxSetHost(&host);
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
-    megset::run(std::as_bytes(std::span(data, size)));
-    return 0;
-}

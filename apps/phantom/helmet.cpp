@@ -2,7 +2,6 @@
 #include "apps/phantom/portable.h"
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 
 namespace megset::phantom {

@@ -5,8 +5,6 @@
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CProgresszk.h"
 
-#include <limits>
-
 namespace megset {
 
 /// What importTrialChannels is given; null pointers are empty lists.

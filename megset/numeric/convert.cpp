@@ -1,8 +1,6 @@
 #include "megset/numeric/convert.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 #include "megset/numeric/multiversion.h"
 
@@ -18,15 +16,6 @@ std::size_t shortest(std::size_t a, std::size_t b) noexcept
 std::size_t shortest(std::size_t a, std::size_t b, std::size_t c) noexcept
 {
     return std::min({a, b, c});
-}
-
-inline std::int32_t bigEndian(const std::byte* bytes) noexcept
-{
-    std::uint32_t bits;
-    std::memcpy(&bits, bytes, sizeof bits);
-    if constexpr (std::endian::native == std::endian::little)
-        bits = __builtin_bswap32(bits);
-    return static_cast<std::int32_t>(bits);
 }
 
 MEGSET_MULTIVERSION void copyTwice(const double* __restrict from, double* __restrict to, double* __restrict alsoTo,
@@ -76,33 +65,6 @@ MEGSET_MULTIVERSION void scaleFloatTwice(const float* __restrict from, double sc
         to[i] = alsoTo[i] = static_cast<double>(from[i]) * scale;
 }
 
-MEGSET_MULTIVERSION void convertBytes(const std::byte* __restrict from, double* __restrict to, std::size_t n) noexcept
-{
-    for (std::size_t i = 0; i < n; ++i)
-        to[i] = static_cast<double>(bigEndian(from + 4 * i));
-}
-
-MEGSET_MULTIVERSION void convertBytesTwice(const std::byte* __restrict from, double* __restrict to,
-                                           double* __restrict alsoTo, std::size_t n) noexcept
-{
-    for (std::size_t i = 0; i < n; ++i)
-        to[i] = alsoTo[i] = static_cast<double>(bigEndian(from + 4 * i));
-}
-
-MEGSET_MULTIVERSION void scaleBytes(const std::byte* __restrict from, double scale, double* __restrict to,
-                                    std::size_t n) noexcept
-{
-    for (std::size_t i = 0; i < n; ++i)
-        to[i] = static_cast<double>(bigEndian(from + 4 * i)) * scale;
-}
-
-MEGSET_MULTIVERSION void scaleBytesTwice(const std::byte* __restrict from, double scale, double* __restrict to,
-                                         double* __restrict alsoTo, std::size_t n) noexcept
-{
-    for (std::size_t i = 0; i < n; ++i)
-        to[i] = alsoTo[i] = static_cast<double>(bigEndian(from + 4 * i)) * scale;
-}
-
 } // namespace
 
 void copy(std::span<const double> from, std::span<double> to) noexcept
@@ -143,27 +105,6 @@ void convertScaled(std::span<const float> from, double scale, std::span<double> 
 void convertScaled(std::span<const float> from, double scale, std::span<double> to, std::span<double> alsoTo) noexcept
 {
     scaleFloatTwice(from.data(), scale, to.data(), alsoTo.data(), shortest(from.size(), to.size(), alsoTo.size()));
-}
-
-void convertBigEndian(std::span<const std::byte> from, std::span<double> to) noexcept
-{
-    convertBytes(from.data(), to.data(), shortest(from.size() / 4, to.size()));
-}
-
-void convertBigEndian(std::span<const std::byte> from, std::span<double> to, std::span<double> alsoTo) noexcept
-{
-    convertBytesTwice(from.data(), to.data(), alsoTo.data(), shortest(from.size() / 4, to.size(), alsoTo.size()));
-}
-
-void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to) noexcept
-{
-    scaleBytes(from.data(), scale, to.data(), shortest(from.size() / 4, to.size()));
-}
-
-void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to,
-                            std::span<double> alsoTo) noexcept
-{
-    scaleBytesTwice(from.data(), scale, to.data(), alsoTo.data(), shortest(from.size() / 4, to.size(), alsoTo.size()));
 }
 
 } // namespace megset::numeric

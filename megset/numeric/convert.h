@@ -29,15 +29,4 @@ void convertScaled(std::span<const float> from, double scale, std::span<double> 
 /// The same to two arrays.
 void convertScaled(std::span<const float> from, double scale, std::span<double> to, std::span<double> alsoTo) noexcept;
 
-/// to[i] = double(the i-th big-endian 32-bit integer of the bytes); an incomplete integer at the end is left out.
-void convertBigEndian(std::span<const std::byte> from, std::span<double> to) noexcept;
-/// The same to two arrays.
-void convertBigEndian(std::span<const std::byte> from, std::span<double> to, std::span<double> alsoTo) noexcept;
-
-/// to[i] = double(the i-th big-endian 32-bit integer of the bytes) * scale
-void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to) noexcept;
-/// The same to two arrays.
-void convertBigEndianScaled(std::span<const std::byte> from, double scale, std::span<double> to,
-                            std::span<double> alsoTo) noexcept;
-
 } // namespace megset::numeric

@@ -14,6 +14,8 @@
 namespace megset {
 namespace {
 
+constexpr const char* saveError = "Save trail data error!";
+
 int toldOfTrial(int result)
 {
     return result ? result : fail("Trial file format!!?");
@@ -397,15 +399,20 @@ int CMDTrial9FileB::serializeResampling(CArchive& ar)
 
 int CMDTrial9FileB::openTrialData(CString& path, const CDocument* doc, const CString& datasetPath)
 {
-    const CString found = findFile4FilePath(path, doc, datasetPath, true);
+    return readFound(findFile4FilePath(path, doc, datasetPath, true),
+                     [](CMDTrial9FileB& trial, CArchive& ar) { return trial.serializezk(ar); });
+}
+
+int CMDTrial9FileB::readFound(const CString& found, ExchangeTrial exchange)
+{
     if (found.IsEmpty())
         return 0;
     CFile file;
     if (!file.Open(found, CFile::modeRead | CFile::shareExclusive))
         return 0;
     CArchive archive(&file, CArchive::load);
-    if (!serializezk(archive))
-        return fail("Save trail data error!"); // this text for a load as well
+    if (!exchange(*this, archive))
+        return fail(saveError); // this text for a load as well
     archive.Close();
     file.Close();
     m_strTrialFilePath = found;
@@ -420,10 +427,15 @@ int CMDTrial9FileB::saveTrialData(CString& path, const CDocument* doc, const CSt
     if (openForSaving(file, target, {"trl", "MEG trial files (*.trl)|*.trl|All Files (*.*)|*.*||", memory}) ==
         OpenedAt::nowhere)
         return 0;
-    m_strTrialFilePath = target; // before anything is written: the file holds its own path
+    return writeOpened(file, target);
+}
+
+int CMDTrial9FileB::writeOpened(CFile& file, const CString& path)
+{
+    m_strTrialFilePath = path; // before anything is written: the file holds its own path
     CArchive archive(&file, CArchive::store);
     if (!serializezk(archive))
-        return fail("Save trail data error!");
+        return fail(saveError);
     archive.Flush();
     archive.Close();
     file.Flush();

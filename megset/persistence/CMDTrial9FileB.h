@@ -66,6 +66,12 @@ protected:
         FileDialogMemory& memory;
     };
     OpenedAt openForSaving(CFile& file, CString& path, const SaveDialog& other) const;
+    /// Writes the newest form to a file that is open, and closes it. 0 as saveTrialData() tells.
+    int writeOpened(CFile& file, const CString& path);
+    /// The record of a trial in one form.
+    using ExchangeTrial = int (*)(CMDTrial9FileB& trial, CArchive& ar);
+    /// Reads the file of that path, which is then the trial's. 0 as openTrialData() tells, also for an empty path.
+    int readFound(const CString& found, ExchangeTrial exchange);
 
 private:
     int serializezk20080229(CArchive& ar);

@@ -7,8 +7,6 @@
 namespace megset {
 namespace {
 
-constexpr const char* saveError = "Save trail data error!"; // for a load as well
-
 CString askForAcquiredTrial(const CString& name)
 {
     if (AfxMessageBox(CString::formatted("Find trial file%s ?", name), MB_YESNO) != IDYES)
@@ -86,19 +84,9 @@ CString CMDTrial9FileBRecord::checkfindTrialAcq(const CString& path, const CStri
 
 int CMDTrial9FileBRecord::openTrialAcq(const CString& path, const CString& megaPath, const CString& docPath)
 {
-    const CString found = checkfindTrialAcq(path, megaPath, docPath);
-    if (found.IsEmpty())
-        return 0;
-    CFile file;
-    if (!file.Open(found, CFile::modeRead | CFile::shareExclusive))
-        return 0;
-    CArchive archive(&file, CArchive::load);
-    if (!serializeAcq(archive))
-        return fail(saveError);
-    archive.Close();
-    file.Close();
-    m_strTrialFilePath = found;
-    return 1;
+    return readFound(checkfindTrialAcq(path, megaPath, docPath), [](CMDTrial9FileB& trial, CArchive& ar) {
+        return static_cast<CMDTrial9FileBRecord&>(trial).serializeAcq(ar);
+    });
 }
 
 int CMDTrial9FileBRecord::saveTrialAcq(CString& path, CString& newFolder)
@@ -112,14 +100,8 @@ int CMDTrial9FileBRecord::saveTrialAcq(CString& path, CString& newFolder)
         return 0;
     if (opened == OpenedAt::chosen)
         newFolder = filePath2FileDirectory(path);
-    m_strTrialFilePath = path; // before anything is written: the file holds its own path
-    CArchive archive(&file, CArchive::store);
-    if (!serializezk(archive)) // not serializeAcq: it is meant so
-        return fail(saveError);
-    archive.Flush();
-    archive.Close();
-    file.Flush();
-    file.Close();
+    if (!writeOpened(file, path)) // not in the form of an acquisition: it is meant so
+        return 0;
     return opened == OpenedAt::chosen ? 2 : 1;
 }
 

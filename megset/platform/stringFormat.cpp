@@ -1,5 +1,6 @@
 #include "megset/platform/stringFormat.h"
 
+#include "megset/numeric/cut.h"
 #include "megset/platform/CString.h"
 #include "megset/platform/unicode.h"
 
@@ -7,7 +8,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace megset {
 namespace {
@@ -216,16 +216,6 @@ private:
     std::u16string m_out;
 };
 
-std::int64_t truncated(double value)
-{
-    constexpr double limit = 9223372036854775808.0; // 2^63
-    if (std::isnan(value))
-        return 0;
-    if (value >= limit)
-        return std::numeric_limits<std::int64_t>::max();
-    return value <= -limit ? std::numeric_limits<std::int64_t>::min() : static_cast<std::int64_t>(value);
-}
-
 } // namespace
 
 FormatArgument::FormatArgument(const CString& text) : m_value(text.view()) {}
@@ -233,7 +223,7 @@ FormatArgument::FormatArgument(const CString& text) : m_value(text.view()) {}
 std::int64_t FormatArgument::asSigned(bool wide) const
 {
     if (isDouble())
-        return truncated(std::get<double>(m_value));
+        return numeric::cutToCount(std::get<double>(m_value));
     if (isText())
         return 0;
     // Every narrower type fits; only an unsigned int in "%d" is folded, as printf does.

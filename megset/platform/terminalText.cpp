@@ -43,14 +43,6 @@ CString showControlCharacters(const CString& text)
     return shown;
 }
 
-int columnsOf(const CString& text)
-{
-    int columns = 0;
-    for (const char16_t unit : text.view())
-        columns += columnsOfUnit(unit);
-    return columns;
-}
-
 CString cutToColumns(const CString& text, int columns)
 {
     int length = 0;

@@ -9,10 +9,8 @@ namespace megset {
 /// the writing direction or breaks lines unseen as "\u202e". A carriage return before a line feed is left out.
 CString showControlCharacters(const CString& text);
 
-/// Columns that the text takes, or somewhat more: characters from U+1100 on count two.
-int columnsOf(const CString& text);
-
-/// The longest beginning of the text that takes no more than `columns`.
+/// The longest beginning of the text that takes no more than `columns` on a terminal, where a character from U+1100 on
+/// counts two.
 CString cutToColumns(const CString& text, int columns);
 
 } // namespace megset

@@ -8,8 +8,6 @@
 #include "megset/spectral/spectralPlanes.h"
 #include "megset/spectral/spectrumSelection.h"
 
-#include <algorithm>
-
 namespace megset {
 namespace {
 

@@ -22,6 +22,24 @@ bool dropRow(CArchive& ar, double* row, std::int64_t nFreqPt)
     return ar.exchangeBlock(row, bytes, "dropped", archiveTypeName<double>()) == bytes;
 }
 
+// A guarded plane, row by row: `readRow(buffer)` gives false where the file ended inside the row.
+template <class ReadRow>
+BlockResult dropPlane(CArchive& ar, std::int64_t nTimePt, std::int64_t nFreqPt, ReadRow readRow)
+{
+    if (!exchangeGuard(ar, false))
+        return BlockResult::absent;
+    const std::int64_t count = planeCount(nTimePt, nFreqPt);
+    if (count == 0)
+        return BlockResult::complete;
+    const SampleArray row = dropBuffer(ar, nFreqPt, count);
+    if (row == nullptr)
+        return BlockResult::noMemory;
+    for (std::int64_t t = 0; t < nTimePt; ++t)
+        if (!readRow(row.get()))
+            return BlockResult::partial;
+    return BlockResult::complete;
+}
+
 } // namespace
 
 std::int64_t planeCount(std::int64_t nTimePt, std::int64_t nFreqPt) noexcept
@@ -51,33 +69,16 @@ BlockResult exchangePlane(CArchive& ar, SampleArray& plane, std::int64_t count, 
 
 BlockResult dropPlaneOfRows(CArchive& ar, std::int64_t nTimePt, std::int64_t nFreqPt)
 {
-    if (!exchangeGuard(ar, false))
-        return BlockResult::absent;
-    const std::int64_t count = planeCount(nTimePt, nFreqPt);
-    if (count == 0)
-        return BlockResult::complete;
-    const SampleArray row = dropBuffer(ar, nFreqPt, count);
-    if (row == nullptr)
-        return BlockResult::noMemory;
-    for (std::int64_t t = 0; t < nTimePt; ++t)
-        if (!dropRow(ar, row.get(), nFreqPt))
-            return BlockResult::partial;
-    return BlockResult::complete;
+    return dropPlane(ar, nTimePt, nFreqPt, [&](double* row) { return dropRow(ar, row, nFreqPt); });
 }
 
 BlockResult dropPlaneOfValues(CArchive& ar, std::int64_t nTimePt, std::int64_t nFreqPt)
 {
-    if (!exchangeGuard(ar, false))
-        return BlockResult::absent;
-    const std::int64_t count = planeCount(nTimePt, nFreqPt);
-    if (count == 0)
-        return BlockResult::complete;
-    const SampleArray row = dropBuffer(ar, nFreqPt, count);
-    if (row == nullptr)
-        return BlockResult::noMemory;
-    for (std::int64_t i = 0; i < count; ++i)
-        ar.exchangeNamed("dropped", row[static_cast<std::size_t>(i % nFreqPt)]);
-    return BlockResult::complete;
+    return dropPlane(ar, nTimePt, nFreqPt, [&](double* row) {
+        for (std::int64_t f = 0; f < nFreqPt; ++f)
+            ar.exchangeNamed("dropped", row[f]);
+        return true;
+    });
 }
 
 BlockResult dropPlaneOfGuardedRows(CArchive& ar, std::int64_t nTimePt, std::int64_t nFreqPt)

@@ -1,23 +1,16 @@
 #include "megset/ui/CDlgReSamplingMEGData.h"
 
 #include "megset/core/CMEGDatazk.h"
+#include "megset/numeric/cut.h"
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CWaitCursor.h"
 #include "megset/platform/memory.h"
 #include "megset/processing/resampledCopy.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace megset {
 namespace {
-
-// The number cut towards zero, for one above 0.
-std::int64_t cutToCount(double value)
-{
-    constexpr double limit = 9223372036854775808.0; // 2^63
-    return value < limit ? static_cast<std::int64_t>(value) : std::numeric_limits<std::int64_t>::max();
-}
 
 // A rejected ratio stays in the dataset; where it is divided by, one below 1 counts as 1.
 std::int64_t divisorOf(std::int64_t factor)
@@ -148,7 +141,7 @@ int CDlgReSamplingMEGData::changeNewRate(double rate)
     if (!acts)
         return 0;
     const double ratio = m_pDataset->m_recordInfo.m_dRawSampleRate / rate;
-    m_nFactor = ratio > 0.0 ? cutToCount(ratio) : 0;
+    m_nFactor = ratio > 0.0 ? numeric::cutToCount(ratio) : 0;
     if (m_nFactor >= 1)
         showRates(m_nFactor, rate);
     showFields();

@@ -8,8 +8,6 @@
 
 #include "tests/kit/ScriptedHost.h"
 
-#include <memory>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -6,7 +6,6 @@
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <random>
 #include <utility>
 #include <vector>

@@ -5,9 +5,6 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
-#include <cmath>
-#include <string>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "tests/core/channelStates.h"
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/numeric/reference.h"
 
-#include <bit>
 #include <cmath>
 #include <initializer_list>
 #include <memory>
@@ -17,16 +17,12 @@ namespace megset::CMDChannelReading_test {
 namespace {
 
 using namespace channelStates;
+using numeric::sameBits;
 using ::testing::ElementsAre;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr std::int64_t huge = std::int64_t{1} << 61;
 constexpr double untouched = -77.25;
-
-bool sameBits(double a, double b)
-{
-    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (std::isnan(a) && std::isnan(b));
-}
 
 // ---- plain references
 

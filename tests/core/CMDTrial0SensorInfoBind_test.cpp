@@ -9,8 +9,6 @@
 
 #include <array>
 #include <climits>
-#include <memory>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>

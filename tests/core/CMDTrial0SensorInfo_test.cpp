@@ -8,10 +8,8 @@
 #include <array>
 #include <climits>
 #include <cmath>
-#include <memory>
 #include <random>
 #include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <climits>
-#include <memory>
 #include <set>
 #include <vector>
 

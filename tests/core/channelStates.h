@@ -3,7 +3,6 @@
 
 #include "megset/core/CMDChannelzk.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>

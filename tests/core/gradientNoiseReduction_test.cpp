@@ -155,16 +155,23 @@ TEST_F(TwoReferences, ATrialThatIsNotInMemoryIsPassedOver)
     EXPECT_THAT(samples(at(0, 1)), ElementsAre(94.0, 188.0));
 }
 
+// Two trials of a gradiometer and a reference, in their files.
+struct FiledPair : FiledDataset
+{
+    FiledPair() : FiledDataset(2, 0, 0)
+    {
+        for (const int t : {0, 1}) {
+            CMDTrialzk trial;
+            fill(trial, {{"M1", 100, 1.0, {5.0}}, {"R1", 10, 1.0, {2.0}}});
+            writeTrial(t, trial);
+        }
+    }
+};
+
 TEST(NoiseReductionOnDisk, ATrialOnDiskKeepsItsDataAndModeWhileTheOneInMemoryChanges)
 {
     const ScriptedHost host;
-    FiledDataset filed(2, 0, 0);
-    const std::vector<gradient::Channel> channels = {{"M1", 100, 1.0, {5.0}}, {"R1", 10, 1.0, {2.0}}};
-    for (const int t : {0, 1}) {
-        CMDTrialzk trial;
-        fill(trial, channels);
-        filed.writeTrial(t, trial);
-    }
+    FiledPair filed;
     const CCoefficientDatazk record = gradient::recordOf({"M1", "G1BR", {{"R1", 1.0}}});
     filed.data.m_recordInfo.m_coefficients.addCoefficientsData(1, &record);
     ASSERT_NE(filed.data.getTrialzk(0), nullptr);
@@ -180,13 +187,7 @@ TEST(NoiseReductionOnDisk, ATrialOnDiskKeepsItsDataAndModeWhileTheOneInMemoryCha
 TEST(NoiseReductionOnDisk, ModesComeBackFromTheFileSoThatTheRightSumGoesBack)
 {
     const ScriptedHost host;
-    FiledDataset filed(2, 0, 0);
-    const std::vector<gradient::Channel> channels = {{"M1", 100, 1.0, {5.0}}, {"R1", 10, 1.0, {2.0}}};
-    for (const int t : {0, 1}) {
-        CMDTrialzk trial;
-        fill(trial, channels);
-        filed.writeTrial(t, trial);
-    }
+    FiledPair filed;
     const std::vector<CCoefficientDatazk> records = {gradient::recordOf({"M1", "G1BR", {{"R1", 1.0}}}),
                                                      gradient::recordOf({"M1", "G2AI", {{"R1", 2.0}}})};
     filed.data.m_recordInfo.m_coefficients.addCoefficientsData(2, records.data());

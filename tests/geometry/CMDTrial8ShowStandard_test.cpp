@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cfloat>
-#include <cmath>
 #include <limits>
 
 #include <gmock/gmock.h>
@@ -20,17 +19,8 @@ using ::testing::IsEmpty;
 const CString noMeg = "No MEG sensor!?, Continue?";
 const CString noEeg = "No EEG channel!?, Continue?";
 
-class StandardMap : public ::testing::Test
+class StandardMap : public SensorTrial
 {
-protected:
-    CMDTrialzk& make(const std::vector<ChannelAt>& channels)
-    {
-        makeSensors(trial, channels);
-        return trial;
-    }
-
-    ScriptedHost host;
-    CMDTrialzk trial;
 };
 
 TEST_F(StandardMap, ATrialOfOneChannelOrNoneGivesZeroFromEveryProjectionAndNoMessage)

@@ -20,17 +20,8 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class SensorMaps : public ::testing::Test
+class SensorMaps : public SensorTrial
 {
-protected:
-    CMDTrialzk& make(const std::vector<ChannelAt>& channels)
-    {
-        makeSensors(trial, channels);
-        return trial;
-    }
-
-    ScriptedHost host;
-    CMDTrialzk trial;
 };
 
 class ChosenMap : public SensorMaps

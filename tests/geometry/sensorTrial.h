@@ -4,6 +4,8 @@
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 
+#include "tests/kit/ScriptedHost.h"
+
 #include <cstddef>
 #include <random>
 #include <utility>
@@ -51,6 +53,20 @@ inline void makeSensors(CMDTrialzk& trial, const std::vector<ChannelAt>& channel
         }
     }
 }
+
+/// An empty trial, and a host that tells what was shown.
+class SensorTrial : public ::testing::Test
+{
+protected:
+    CMDTrialzk& make(const std::vector<ChannelAt>& channels)
+    {
+        makeSensors(trial, channels);
+        return trial;
+    }
+
+    ScriptedHost host;
+    CMDTrialzk trial;
+};
 
 inline std::vector<PlanePlace> megPlaces(const CMDTrialzk& trial)
 {

@@ -32,17 +32,6 @@ std::vector<float> randomFloats(std::size_t n)
     return x;
 }
 
-std::vector<std::byte> bigEndianBytes(const std::vector<std::int32_t>& x)
-{
-    std::vector<std::byte> bytes;
-    for (const std::int32_t v : x) {
-        const auto bits = static_cast<std::uint32_t>(v);
-        for (const unsigned shift : {24U, 16U, 8U, 0U})
-            bytes.push_back(static_cast<std::byte>((bits >> shift) & 0xFFU));
-    }
-    return bytes;
-}
-
 /// Runs both forms, whose targets have one guard sample behind the end.
 template <class One, class Two>
 void expectConverted(const std::vector<double>& expected, One one, Two two)
@@ -101,50 +90,6 @@ TEST(NumericConvert, FloatsAreWidenedBeforeTheyAreScaled)
             expected, [&](auto to) { convertScaled(x, scale, to); },
             [&](auto to, auto alsoTo) { convertScaled(x, scale, to, alsoTo); });
     }
-}
-
-TEST(NumericConvert, BigEndianIntegersBecomeTheSameNumbers)
-{
-    for (const std::size_t n : lengths) {
-        const std::vector<std::int32_t> x = randomIntegers(n);
-        const std::vector<std::byte> bytes = bigEndianBytes(x);
-        expectConverted(
-            std::vector<double>(x.begin(), x.end()), [&](auto to) { convertBigEndian(bytes, to); },
-            [&](auto to, auto alsoTo) { convertBigEndian(bytes, to, alsoTo); });
-    }
-}
-
-TEST(NumericConvert, BigEndianIntegersAreScaled)
-{
-    constexpr double scale = 1e-3;
-    for (const std::size_t n : lengths) {
-        const std::vector<std::int32_t> x = randomIntegers(n);
-        const std::vector<std::byte> bytes = bigEndianBytes(x);
-        std::vector<double> expected;
-        for (const std::int32_t v : x)
-            expected.push_back(static_cast<double>(v) * scale);
-        expectConverted(
-            expected, [&](auto to) { convertBigEndianScaled(bytes, scale, to); },
-            [&](auto to, auto alsoTo) { convertBigEndianScaled(bytes, scale, to, alsoTo); });
-    }
-}
-
-TEST(NumericConvert, BytesNeedNoAlignment)
-{
-    std::vector<std::byte> bytes = bigEndianBytes({0, 1, -2, 3, 1 << 20});
-    bytes.erase(bytes.begin(), bytes.begin() + 3); // ends in whole integers, begins with one byte of 0
-    std::vector<double> x(4);
-    convertBigEndian(std::span<const std::byte>(bytes).subspan(1), x);
-    EXPECT_EQ(x, (std::vector<double>{1, -2, 3, 1 << 20}));
-}
-
-TEST(NumericConvert, AnIncompleteIntegerAtTheEndIsLeftOut)
-{
-    std::vector<std::byte> bytes = bigEndianBytes({5, 6});
-    bytes.pop_back();
-    std::vector<double> x(2, 42.0);
-    convertBigEndian(bytes, x);
-    EXPECT_EQ(x, (std::vector<double>{5, 42}));
 }
 
 TEST(NumericConvert, TheShortestSpanCounts)

@@ -10,7 +10,6 @@
 #include "tests/kit/brokenFiles.h"
 #include "tests/persistence/datasetRecord.h"
 
-#include <filesystem>
 #include <memory>
 #include <vector>
 

@@ -116,16 +116,7 @@ TEST_P(ChannelRecordOfVersion, BringsTheFieldsThatItHoldsAndLeavesTheRest)
 TEST_P(ChannelRecordOfVersion, IsWrittenBackAsTheNewest)
 {
     ASSERT_EQ(load(channel, record(GetParam())), 1);
-    channel.m_nChnlRangeState = 19; // what the oldest versions don't bring
-    channel.m_dDataMin = 20.5;
-    channel.m_dDataMean = 21.5;
-    channel.m_dDataMax = 22.5;
-    channel.m_dDataMaxAbs = 23.5;
-    channel.m_dPhysicalMin = 24.5;
-    channel.m_dPhysicalMax = 25.5;
-    channel.m_strChnlLabelA = "label A";
-    channel.m_strChnlLabelB = "label B";
-    channel.m_dChnlParamM = 30.5;
+    fillRangeAndLabels(channel);
     EXPECT_TRUE(sameBytes(stored(channel), record(newest)));
 }
 

@@ -1,6 +1,7 @@
 // Trial files that are cut short, changed, or claim more than they hold, inner records that fail, and memory that is
 // refused.
 
+#include "tests/persistence/brokenForms.h"
 #include "tests/persistence/trialRecord.h"
 
 #include "megset/platform/CArchiveException.h"
@@ -8,10 +9,8 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/FailingFile.h"
 #include "tests/kit/ScriptedHost.h"
-#include "tests/kit/brokenFiles.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -26,17 +25,21 @@ using ::testing::ElementsAre;
 
 const CString wrongFormat = "Trial file format!!?";
 
-int tryLoad(CMDTrialzk& trial, std::span<const std::byte> bytes)
-{
-    return tryLoading(bytes, [&](CArchive& ar) { return trial.serializezk(ar); });
-}
-
 // Whatever a broken file left, the trial can be read into, written, and read back.
 void expectUsable(CMDTrialzk& trial)
 {
     ASSERT_EQ(load(trial, record(newest, filled(1))), 1);
     ASSERT_TRUE(sameBytes(stored(trial), record(newest, filled(1))));
 }
+
+struct TrialForm
+{
+    using Object = CMDTrialzk;
+    static int load(CMDTrialzk& trial, CArchive& ar) { return trial.serializezk(ar); }
+    static std::vector<std::byte> stored(CMDTrialzk& trial) { return trialRecord::stored(trial); }
+    static void fill(CMDTrialzk& trial, int seed) { trialRecord::fill(trial, seed); }
+    static void expectUsable(CMDTrialzk& trial) { CMDTrial9FileBFaults_test::expectUsable(trial); }
+};
 
 // A small file in which every part is there: one short channel, and the objects of `filled`.
 Parts smallParts()
@@ -57,12 +60,7 @@ protected:
     // The messages of loading a file of the newest version into a trial, which must give `result`.
     std::vector<CString> messagesOf(const Parts& parts, int result)
     {
-        const ScriptedHost host;
-        CMDTrialzk trial;
-        EXPECT_EQ(tryLoad(trial, record(newest, parts).bytes()), result);
-        std::vector<CString> messages = host.messages();
-        expectUsable(trial);
-        return messages;
+        return messagesOfLoading<TrialForm>(record(newest, parts).bytes(), result);
     }
 };
 
@@ -81,28 +79,14 @@ TEST_F(BrokenTrialFile, EveryPrefixEndsInAnExceptionOrAnError)
 TEST_F(BrokenTrialFile, ATrialThatWasReadInPartCanBeUsed)
 {
     const ScriptedHost host;
-    const std::vector<std::byte> bytes = record(newest, smallParts()).bytes();
-    for (std::size_t length = 0; length < bytes.size(); length += 97) {
-        CMDTrialzk trial;
-        fill(trial, 2);
-        tryLoad(trial, std::span(bytes).first(length));
-        expectUsable(trial);
-    }
+    expectUsableAfterEachPart<TrialForm>(record(newest, smallParts()).bytes(), 97);
 }
 
 TEST_F(BrokenTrialFile, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
     for (const std::int32_t version : {20080229, 20190906, 20190730})
-        forEachBitFlip(record(version, smallParts()).bytes(), [](std::span<const std::byte> bytes) {
-            CMDTrialzk trial;
-            if (tryLoad(trial, bytes) != 1)
-                return;
-            const std::vector<std::byte> again = stored(trial);
-            CMDTrialzk copy;
-            ASSERT_EQ(tryLoad(copy, again), 1);
-            ASSERT_TRUE(sameBytes(stored(copy), again));
-        });
+        expectBitFlipsDoNoHarm<TrialForm>(record(version, smallParts()).bytes());
 }
 
 TEST_F(BrokenTrialFile, AnotherTagIsRefusedWithNothingChanged)
@@ -370,7 +354,7 @@ TEST_F(BrokenTrialFile, ChannelsReadBeforeMemoryRanOutStay)
     for (int n = 2; n < 100 && !met; ++n) {
         const FailingAllocator failing(n);
         CMDTrialzk trial;
-        met = tryLoad(trial, record(newest, parts).bytes()) == 1;
+        met = tryLoad<TrialForm>(trial, record(newest, parts).bytes()) == 1;
         if (met) {
             EXPECT_EQ(host.messages().back(), CString("Not enough memory?"));
             ASSERT_NE(trial.getChannel(0), nullptr);
@@ -430,14 +414,7 @@ TEST_F(BrokenTrialFile, WithoutMemoryForAnObjectOfTheOtherSectionsOnlyTheFileTel
 TEST_F(BrokenTrialFile, AnyAllocationThatFailsLeavesAUsableTrial)
 {
     const ScriptedHost host;
-    const std::vector<std::byte> bytes = record(newest, smallParts()).bytes();
-    const std::int64_t failures = forEachAllocationFailure([&] {
-        CMDTrialzk trial;
-        tryLoad(trial, bytes);
-        const FailingAllocator none(0);
-        expectUsable(trial);
-    });
-    EXPECT_GT(failures, 15);
+    EXPECT_GT(expectUsableAfterEachFailure<TrialForm>(record(newest, smallParts()).bytes()), 15);
 }
 
 } // namespace

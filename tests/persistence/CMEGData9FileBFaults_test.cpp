@@ -1,19 +1,15 @@
 // Dataset files that are cut short, changed, or claim more than they hold, inner records that fail, and memory that is
 // refused.
 
+#include "tests/persistence/brokenForms.h"
 #include "tests/persistence/datasetRecord.h"
 
 #include "megset/platform/CArchiveException.h"
 
-#include "fuzz/SilentHost.h"
-
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
-#include "tests/kit/brokenFiles.h"
+#include "tests/kit/SilentHost.h"
 
-#include <algorithm>
-#include <memory>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -41,11 +37,6 @@ private:
     CUserHost* m_former;
 };
 
-int tryLoad(CMEGDatazk& dataset, std::span<const std::byte> bytes)
-{
-    return tryLoading(bytes, [&](CArchive& ar) { return dataset.serializezk(ar); });
-}
-
 // Whatever a broken file left, the dataset can be read into, written, and read back.
 void expectUsable(CMEGDatazk& dataset)
 {
@@ -57,6 +48,19 @@ void expectUsable(CMEGDatazk& dataset)
     ASSERT_EQ(load(dataset, record(newest, filled(1))), 1);
     ASSERT_TRUE(sameBytes(stored(dataset), record(newest, filled(1))));
 }
+
+struct DatasetForm
+{
+    using Object = CMEGDatazk;
+    static int load(CMEGDatazk& dataset, CArchive& ar) { return dataset.serializezk(ar); }
+    static std::vector<std::byte> stored(CMEGDatazk& dataset)
+    {
+        dataset.m_ppTrial.reset(); // trials are not what is looked at
+        return datasetRecord::stored(dataset);
+    }
+    static void fill(CMEGDatazk& dataset, int seed) { datasetRecord::fill(dataset, seed); }
+    static void expectUsable(CMEGDatazk& dataset) { CMEGData9FileBFaults_test::expectUsable(dataset); }
+};
 
 // A small file in which every part is there; old ones have a trial inside.
 Parts smallParts(std::int32_t version)
@@ -80,12 +84,7 @@ protected:
     // The messages of loading a file into a dataset, which must give `result`.
     std::vector<CString> messagesOf(const Parts& parts, int result, std::int32_t version = newest)
     {
-        const ScriptedHost host;
-        CMEGDatazk dataset;
-        EXPECT_EQ(tryLoad(dataset, record(version, parts).bytes()), result);
-        std::vector<CString> messages = host.messages();
-        expectUsable(dataset);
-        return messages;
+        return messagesOfLoading<DatasetForm>(record(version, parts).bytes(), result);
     }
 };
 
@@ -105,32 +104,15 @@ TEST_F(BrokenDatasetFile, EveryPrefixEndsInAnExceptionOrAnError)
 TEST_F(BrokenDatasetFile, ADatasetThatWasReadInPartCanBeUsed)
 {
     const ScriptedHost host;
-    for (const std::int32_t version : {20080609, 20190725, newest}) {
-        const std::vector<std::byte> bytes = record(version, smallParts(version)).bytes();
-        for (std::size_t length = 0; length < bytes.size(); length += 211) {
-            CMEGDatazk dataset;
-            fill(dataset, 2);
-            tryLoad(dataset, std::span(bytes).first(length));
-            expectUsable(dataset);
-        }
-    }
+    for (const std::int32_t version : {20080609, 20190725, newest})
+        expectUsableAfterEachPart<DatasetForm>(record(version, smallParts(version)).bytes(), 211);
 }
 
 TEST_F(BrokenDatasetFile, SingleBitFlipsDoNoHarm)
 {
     const Silence silence;
     for (const std::int32_t version : {20080609, 20190725, newest})
-        forEachBitFlip(record(version, smallParts(version)).bytes(), [](std::span<const std::byte> bytes) {
-            CMEGDatazk dataset;
-            const int done = tryLoad(dataset, bytes);
-            dataset.m_ppTrial.reset(); // trials are not what is looked at
-            if (done != 1)
-                return;
-            const std::vector<std::byte> again = stored(dataset);
-            CMEGDatazk copy;
-            ASSERT_EQ(tryLoad(copy, again), 1);
-            ASSERT_TRUE(sameBytes(stored(copy), again));
-        });
+        expectBitFlipsDoNoHarm<DatasetForm>(record(version, smallParts(version)).bytes());
 }
 
 TEST_F(BrokenDatasetFile, AnotherTagIsRefusedWithNothingChanged)
@@ -162,7 +144,7 @@ TEST_F(BrokenDatasetFile, MoreTrialsThanTheFileHasPathsForAreRefusedBeforeMemory
             const std::vector<std::byte> bytes = record(version, parts).bytes();
             CMEGDatazk dataset;
             const FailingAllocator counting(0);
-            EXPECT_EQ(tryLoad(dataset, bytes), 0);
+            EXPECT_EQ(tryLoad<DatasetForm>(dataset, bytes), 0);
             EXPECT_THAT(host.messages(), ElementsAre(CString("Not enough memory?!"))) << version;
             EXPECT_EQ(dataset.m_ppTrial, nullptr);
             if (listForm(version) != ListForm::smallLast) { // there are no records in front of the list
@@ -304,7 +286,7 @@ TEST_F(BrokenDatasetFile, ATrialInsideThatFailsEndsTheLoadAndIsNotKept)
     const ByteBuilder good = trialRecord::record(trialRecord::newest, trialRecord::Parts());
     parts.trials.behind = ByteBuilder().i32(1).append(good).i32(1).wide("ANOTHERZK");
     CMEGDatazk dataset;
-    EXPECT_EQ(tryLoad(dataset, record(20140516, parts).bytes()), 0);
+    EXPECT_EQ(tryLoad<DatasetForm>(dataset, record(20140516, parts).bytes()), 0);
     EXPECT_THAT(host.messages(), ElementsAre(CString("The opened file is not trial or corrupted!")));
     EXPECT_NE(dataset.getMDTrial(0), nullptr);
     EXPECT_EQ(dataset.getMDTrial(1), nullptr);
@@ -362,14 +344,7 @@ TEST_F(BrokenDatasetFile, AnyAllocationThatFailsLeavesAUsableDataset)
 {
     for (const std::int32_t version : {20080609, 20190725, newest}) {
         const ScriptedHost host;
-        const std::vector<std::byte> bytes = record(version, smallParts(version)).bytes();
-        const std::int64_t failures = forEachAllocationFailure([&] {
-            CMEGDatazk dataset;
-            tryLoad(dataset, bytes);
-            const FailingAllocator none(0);
-            expectUsable(dataset);
-        });
-        EXPECT_GT(failures, 5);
+        EXPECT_GT(expectUsableAfterEachFailure<DatasetForm>(record(version, smallParts(version)).bytes()), 5);
     }
 }
 

@@ -2,10 +2,10 @@
 // that is refused.
 
 #include "tests/persistence/acquisitionRecord.h"
+#include "tests/persistence/brokenForms.h"
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
-#include "tests/kit/brokenFiles.h"
 
 #include <vector>
 
@@ -20,16 +20,24 @@ using namespace megset::acquisitionRecord;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-int tryLoad(CMEGDatazk& dataset, std::span<const std::byte> bytes)
-{
-    return tryLoading(bytes, [&](CArchive& ar) { return dataset.serializeRecordWithoutTrials(ar); });
-}
-
 void expectUsable(CMEGDatazk& dataset)
 {
     ASSERT_EQ(load(dataset, record(newest, filled(1))), 1);
     ASSERT_TRUE(sameBytes(stored(dataset), record(newest, afterReading(newest, filled(1), 1))));
 }
+
+struct AcquisitionForm
+{
+    using Object = CMEGDatazk;
+    static int load(CMEGDatazk& dataset, CArchive& ar) { return dataset.serializeRecordWithoutTrials(ar); }
+    static std::vector<std::byte> stored(CMEGDatazk& dataset)
+    {
+        dataset.m_ppTrial.reset(); // trials are not what is looked at
+        return acquisitionRecord::stored(dataset);
+    }
+    static void fill(CMEGDatazk& dataset, int seed) { acquisitionRecord::fill(dataset, seed); }
+    static void expectUsable(CMEGDatazk& dataset) { CMEGData9FileRecordFaults_test::expectUsable(dataset); }
+};
 
 // Every part is there, and of the recording information not more than must be.
 Parts smallParts()
@@ -44,12 +52,7 @@ class BrokenAcquisition : public ::testing::Test
 protected:
     static std::vector<CString> messagesOf(const Parts& parts, int result, std::int32_t number = newest)
     {
-        const ScriptedHost host;
-        CMEGDatazk dataset;
-        EXPECT_EQ(tryLoad(dataset, record(number, parts).bytes()), result);
-        std::vector<CString> messages = host.messages();
-        expectUsable(dataset);
-        return messages;
+        return messagesOfLoading<AcquisitionForm>(record(number, parts).bytes(), result);
     }
 };
 
@@ -65,29 +68,14 @@ TEST_F(BrokenAcquisition, EveryPrefixIsRefused)
 TEST_F(BrokenAcquisition, ADatasetThatWasReadInPartCanBeUsed)
 {
     const ScriptedHost host;
-    const std::vector<std::byte> bytes = record(newest, smallParts()).bytes();
-    for (std::size_t length = 0; length < bytes.size(); length += 211) {
-        CMEGDatazk dataset;
-        fill(dataset, 2);
-        tryLoad(dataset, std::span(bytes).first(length));
-        expectUsable(dataset);
-    }
+    expectUsableAfterEachPart<AcquisitionForm>(record(newest, smallParts()).bytes(), 211);
 }
 
 TEST_F(BrokenAcquisition, SingleBitFlipsDoNoHarm)
 {
     const ScriptedHost host;
     for (const std::int32_t number : versions)
-        forEachBitFlip(record(number, smallParts()).bytes(), [](std::span<const std::byte> bytes) {
-            CMEGDatazk dataset;
-            if (tryLoad(dataset, bytes) != 1)
-                return;
-            dataset.m_ppTrial.reset(); // trials are not what is looked at
-            const std::vector<std::byte> again = stored(dataset);
-            CMEGDatazk copy;
-            ASSERT_EQ(tryLoad(copy, again), 1);
-            ASSERT_TRUE(sameBytes(stored(copy), again));
-        });
+        expectBitFlipsDoNoHarm<AcquisitionForm>(record(number, smallParts()).bytes());
 }
 
 TEST_F(BrokenAcquisition, AnArchiveWithoutAFileIsRefusedWithoutAMessage)
@@ -115,7 +103,7 @@ TEST_F(BrokenAcquisition, MoreTrialsThanTheFileHasPathsForAreRefusedBeforeMemory
             const std::vector<std::byte> bytes = record(number, parts).bytes();
             CMEGDatazk dataset;
             const FailingAllocator counting(0);
-            EXPECT_EQ(tryLoad(dataset, bytes), 0);
+            EXPECT_EQ(tryLoad<AcquisitionForm>(dataset, bytes), 0);
             EXPECT_THAT(host.messages(), ElementsAre(CString("Not enough memory?!")));
             EXPECT_EQ(counting.calls(), 0);
         }
@@ -200,14 +188,7 @@ TEST_F(BrokenAcquisition, AnyAllocationThatFailsLeavesAUsableDataset)
 {
     for (const std::int32_t number : versions) {
         const ScriptedHost host;
-        const std::vector<std::byte> bytes = record(number, smallParts()).bytes();
-        const std::int64_t failures = forEachAllocationFailure([&] {
-            CMEGDatazk dataset;
-            tryLoad(dataset, bytes);
-            const FailingAllocator none(0);
-            expectUsable(dataset);
-        });
-        EXPECT_GT(failures, 5);
+        EXPECT_GT(expectUsableAfterEachFailure<AcquisitionForm>(record(number, smallParts()).bytes()), 5);
     }
 }
 

@@ -145,6 +145,21 @@ inline ByteBuilder record(std::int32_t version, const Parts& parts = {})
     return bytes;
 }
 
+/// What the oldest versions don't hold.
+inline void fillRangeAndLabels(CMDChannelzk& channel)
+{
+    channel.m_nChnlRangeState = 19;
+    channel.m_dDataMin = 20.5;
+    channel.m_dDataMean = 21.5;
+    channel.m_dDataMax = 22.5;
+    channel.m_dDataMaxAbs = 23.5;
+    channel.m_dPhysicalMin = 24.5;
+    channel.m_dPhysicalMax = 25.5;
+    channel.m_strChnlLabelA = "label A";
+    channel.m_strChnlLabelB = "label B";
+    channel.m_dChnlParamM = 30.5;
+}
+
 /// The channel that the newest record above is of.
 inline void fill(CMDChannelzk& channel)
 {
@@ -164,16 +179,7 @@ inline void fill(CMDChannelzk& channel)
     channel.m_dChnlParamL = 16.5;
     channel.m_strChannelName = "working";
     channel.m_strChannelNameRaw = "raw";
-    channel.m_nChnlRangeState = 19;
-    channel.m_dDataMin = 20.5;
-    channel.m_dDataMean = 21.5;
-    channel.m_dDataMax = 22.5;
-    channel.m_dDataMaxAbs = 23.5;
-    channel.m_dPhysicalMin = 24.5;
-    channel.m_dPhysicalMax = 25.5;
-    channel.m_strChnlLabelA = "label A";
-    channel.m_strChnlLabelB = "label B";
-    channel.m_dChnlParamM = 30.5;
+    fillRangeAndLabels(channel);
     channel.m_strChannelTypeName = "type";
     channel.m_nChannelType = 101;
     channel.m_nGeomType = 1;

@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include <gtest/gtest.h>

@@ -5,6 +5,7 @@
 
 #include "tests/kit/ByteBuilder.h"
 #include "tests/kit/TemporaryFolder.h"
+#include "tests/platform/fileFaults.h"
 
 #include <array>
 #include <cerrno>
@@ -41,17 +42,6 @@ CFileException openFault(const CString& path, unsigned flags)
 int openCause(const CString& path, unsigned flags)
 {
     return openFault(path, flags).m_cause;
-}
-
-template <class Act>
-int faultCause(Act act)
-{
-    try {
-        act();
-    } catch (const CFileException& exception) {
-        return exception.m_cause;
-    }
-    return CFileException::none;
 }
 
 std::string readAll(CFile& file)
@@ -119,10 +109,10 @@ TEST(CFileOpening, ReadingAWriteOnlyFileAndWritingAReadOnlyOneAreInvalid)
     const TemporaryFolder folder;
     char byte = 0;
     CFile writing(folder.path("a"), createFlags);
-    EXPECT_EQ(faultCause([&] { writing.Read(&byte, 1); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { writing.Read(&byte, 1); }), CFileException::invalidFile);
     CFile reading(folder.write("b", "x"), readFlags);
-    EXPECT_EQ(faultCause([&] { reading.Write(&byte, 1); }), CFileException::invalidFile);
-    EXPECT_NE(faultCause([&] { reading.SetLength(5); }), CFileException::none);
+    EXPECT_EQ(fileFaultCause([&] { reading.Write(&byte, 1); }), CFileException::invalidFile);
+    EXPECT_NE(fileFaultCause([&] { reading.SetLength(5); }), CFileException::none);
 }
 
 TEST(CFileOpening, OfAnotherFileClosesTheFirst)
@@ -243,7 +233,7 @@ TEST(CFileOpening, TakesNamesThatAreNotUtf8AndNamesWithABackslash)
 TEST(CFileOpening, ThrowsFromTheConstructor)
 {
     const TemporaryFolder folder;
-    EXPECT_EQ(faultCause([&] { CFile file(folder.path("none"), readFlags); }), CFileException::fileNotFound);
+    EXPECT_EQ(fileFaultCause([&] { CFile file(folder.path("none"), readFlags); }), CFileException::fileNotFound);
 }
 
 TEST(CFileOpening, WithoutAnExceptionObjectOnlyGivesFalse)
@@ -344,7 +334,7 @@ TEST(CFileContent, SeekMovesFromTheStartThePositionAndTheEnd)
     EXPECT_EQ(file.GetPosition(), 3U);
     EXPECT_EQ(file.Seek(-2, CFile::end), 4U);
     EXPECT_EQ(file.SeekToEnd(), 6U);
-    EXPECT_EQ(faultCause([&] { file.Seek(-7, CFile::end); }), CFileException::badSeek);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(-7, CFile::end); }), CFileException::badSeek);
     EXPECT_EQ(file.GetPosition(), 6U);
 }
 
@@ -356,7 +346,7 @@ TEST(CFileContent, SetLengthCutsAndExtendsWithZeros)
     EXPECT_EQ(readAll(file), "ab");
     file.SetLength(4);
     EXPECT_EQ(readAll(file), std::string("ab\0\0", 4));
-    EXPECT_NE(faultCause([&] { file.SetLength(UINT64_MAX); }), CFileException::none);
+    EXPECT_NE(fileFaultCause([&] { file.SetLength(UINT64_MAX); }), CFileException::none);
 }
 
 TEST(CFileContent, WhatWasWrittenIsWithTheSystemAtOnce)
@@ -372,12 +362,12 @@ TEST(CFileContent, EveryUseOfAClosedFileIsInvalid)
 {
     CFile file;
     char byte = 0;
-    EXPECT_EQ(faultCause([&] { file.Read(&byte, 1); }), CFileException::invalidFile);
-    EXPECT_EQ(faultCause([&] { file.Write(&byte, 1); }), CFileException::invalidFile);
-    EXPECT_EQ(faultCause([&] { file.Seek(0, CFile::begin); }), CFileException::invalidFile);
-    EXPECT_EQ(faultCause([&] { static_cast<void>(file.GetPosition()); }), CFileException::invalidFile);
-    EXPECT_EQ(faultCause([&] { static_cast<void>(file.GetLength()); }), CFileException::invalidFile);
-    EXPECT_EQ(faultCause([&] { file.SetLength(0); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { file.Read(&byte, 1); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { file.Write(&byte, 1); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(0, CFile::begin); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { static_cast<void>(file.GetPosition()); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { static_cast<void>(file.GetLength()); }), CFileException::invalidFile);
+    EXPECT_EQ(fileFaultCause([&] { file.SetLength(0); }), CFileException::invalidFile);
     EXPECT_NO_THROW(file.Close());
 }
 
@@ -399,7 +389,7 @@ TEST(CFileContent, AnArchiveOnAFullDiskTellsItOnClose)
     CFile file("\\dev\\full", CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive);
     CArchive archive(&file, CArchive::store);
     archive << 1;
-    EXPECT_EQ(faultCause([&] { archive.Close(); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { archive.Close(); }), CFileException::diskFull);
 }
 
 TEST(CFileContent, AnArchiveGoesThroughAFileAndBack)

@@ -2,6 +2,7 @@
 
 #include "tests/kit/ByteBuilder.h"
 #include "tests/kit/FailingFile.h"
+#include "tests/platform/fileFaults.h"
 
 #include <array>
 #include <cstdint>
@@ -13,17 +14,6 @@ namespace megset::CMemFile_test {
 namespace {
 
 using ::testing::ElementsAre;
-
-template <class Act>
-int faultCause(Act act)
-{
-    try {
-        act();
-    } catch (const CFileException& exception) {
-        return exception.m_cause;
-    }
-    return CFileException::none;
-}
 
 TEST(FileInMemory, StartsEmptyOrWithItsContentAtTheStart)
 {
@@ -71,13 +61,13 @@ TEST(FileInMemory, SeekRefusesPositionsBeforeTheStartAndBeyondAllFiles)
     CMemFile file{std::span(ByteBuilder().raw({1, 2, 3}).bytes())};
     EXPECT_EQ(file.Seek(-1, CFile::end), 2U);
     EXPECT_EQ(file.Seek(-2, CFile::current), 0U);
-    EXPECT_EQ(faultCause([&] { file.Seek(-1, CFile::begin); }), CFileException::badSeek);
-    EXPECT_EQ(faultCause([&] { file.Seek(-4, CFile::end); }), CFileException::badSeek);
-    EXPECT_EQ(faultCause([&] { file.Seek(INT64_MIN, CFile::end); }), CFileException::badSeek);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(-1, CFile::begin); }), CFileException::badSeek);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(-4, CFile::end); }), CFileException::badSeek);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(INT64_MIN, CFile::end); }), CFileException::badSeek);
     EXPECT_EQ(file.GetPosition(), 0U);
     EXPECT_EQ(file.Seek(INT64_MAX, CFile::begin), static_cast<std::uint64_t>(INT64_MAX));
-    EXPECT_EQ(faultCause([&] { file.Seek(1, CFile::current); }), CFileException::badSeek);
-    EXPECT_EQ(faultCause([&] { file.Write("x", 1); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { file.Seek(1, CFile::current); }), CFileException::badSeek);
+    EXPECT_EQ(fileFaultCause([&] { file.Write("x", 1); }), CFileException::diskFull);
     EXPECT_EQ(file.GetLength(), 3U);
 }
 
@@ -87,7 +77,7 @@ TEST(FileInMemory, SetLengthCutsAndExtendsWithZeros)
     file.SetLength(1);
     file.SetLength(3);
     EXPECT_TRUE(sameBytes(file.content(), ByteBuilder().raw({1, 0, 0})));
-    EXPECT_EQ(faultCause([&] { file.SetLength(UINT64_MAX); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { file.SetLength(UINT64_MAX); }), CFileException::diskFull);
     EXPECT_EQ(file.GetLength(), 3U);
 }
 
@@ -129,7 +119,7 @@ TEST(FileThatFails, FailsTheCallItWasToldToAndNoOther)
     file.SetFilePath("a.trl");
     file.failWrite(2, CFileException::accessDenied);
     file.Write("a", 1);
-    EXPECT_EQ(faultCause([&] { file.Write("b", 1); }), CFileException::accessDenied);
+    EXPECT_EQ(fileFaultCause([&] { file.Write("b", 1); }), CFileException::accessDenied);
     file.Write("c", 1);
     EXPECT_EQ(file.GetLength(), 2U);
     EXPECT_THAT(file.writeSizes(), ElementsAre(1, 1, 1));
@@ -139,10 +129,10 @@ TEST(FileThatFails, AFullDiskTakesWhatFits)
 {
     FailingFile file;
     file.fullAfter(3);
-    EXPECT_EQ(faultCause([&] { file.Write("abcd", 4); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { file.Write("abcd", 4); }), CFileException::diskFull);
     EXPECT_EQ(file.GetLength(), 3U);
-    EXPECT_EQ(faultCause([&] { file.Write("e", 1); }), CFileException::diskFull);
-    EXPECT_EQ(faultCause([&] { file.SetLength(4); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { file.Write("e", 1); }), CFileException::diskFull);
+    EXPECT_EQ(fileFaultCause([&] { file.SetLength(4); }), CFileException::diskFull);
 }
 
 TEST(FileThatFails, EndsSoonerThanItsLengthTells)

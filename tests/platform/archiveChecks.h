@@ -2,9 +2,9 @@
 // What the tests of the archive have in common: the faults that it raises, and values and blocks to store.
 
 #include "megset/platform/CArchive.h"
-#include "megset/platform/CFileException.h"
 
 #include "tests/kit/memoryArchive.h"
+#include "tests/platform/fileFaults.h"
 
 #include <cstddef>
 #include <optional>
@@ -41,18 +41,6 @@ std::optional<Fault> archiveFault(Act act)
         return Fault{exception.m_cause, exception.m_strFileName.toUtf8()};
     }
     return std::nullopt;
-}
-
-/// The cause of the file exception that `act` raises, `none` without one.
-template <class Act>
-int fileFaultCause(Act act)
-{
-    try {
-        act();
-    } catch (const CFileException& exception) {
-        return exception.m_cause;
-    }
-    return CFileException::none;
 }
 
 /// The value that the bytes hold, and nothing else.

@@ -1,7 +1,5 @@
 #include "megset/platform/pathParts.h"
 
-#include <string>
-
 #include <gtest/gtest.h>
 
 namespace megset::pathParts_test {

@@ -34,14 +34,6 @@ TEST(TerminalText, BackslashesAndOtherLanguagesStay)
               std::u16string_view(u"C:\\donn\u00e9es\\\u6e2c\u5b9a.meg"));
 }
 
-TEST(TerminalText, WideCharactersTakeTwoColumns)
-{
-    EXPECT_EQ(columnsOf(""), 0);
-    EXPECT_EQ(columnsOf("abc"), 3);
-    EXPECT_EQ(columnsOf(std::u16string_view(u"\u6e2c\u5b9aa")), 5);
-    EXPECT_EQ(columnsOf(std::u16string_view(u"\U0001F9E0")), 2);
-}
-
 TEST(TerminalText, CuttingNeverSplitsACharacter)
 {
     const CString text = std::u16string_view(u"a\u6e2c\U0001F9E0b");

@@ -4,11 +4,10 @@
 
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/spectral/plainSums.h"
 #include "tests/spectral/spectralDataset.h"
 
-#include <array>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include <gmock/gmock.h>
@@ -19,104 +18,9 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using namespace plainLoops;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-// The six sum planes and the statistics, in the order minimum, mean, maximum, positive, negative, root mean square.
-struct Sums
-{
-    Sums() = default;
-    explicit Sums(const CSumChnlSpctmData& sums)
-        : statistics{sums.m_dRangeMin,      sums.m_dRangeMean,     sums.m_dRangeMax,
-                     sums.m_dRangePositive, sums.m_dRangeNegative, sums.m_dRangeRms},
-          channels(sums.m_nChannels)
-    {
-        const std::int64_t count = sums.m_nTimePt * sums.m_nFreqPt;
-        std::size_t p = 0;
-        for (const SampleArray* plane : {&sums.m_pSumMin, &sums.m_pSumMean, &sums.m_pSumMax, &sums.m_pSumPositive,
-                                         &sums.m_pSumNegative, &sums.m_pSumRms})
-            planes[p++].assign(plane->get(), plane->get() + count);
-    }
-
-    std::array<PlaneValues, 6> planes;
-    std::array<double, 6> statistics{};
-    std::int64_t channels = 0;
-};
-
-bool sameBits(double a, double b)
-{
-    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
-}
-
-void expectSameBits(const Sums& ours, const Sums& plain)
-{
-    EXPECT_EQ(ours.channels, plain.channels);
-    for (std::size_t p = 0; p < 6; ++p) {
-        EXPECT_TRUE(sameBits(ours.statistics[p], plain.statistics[p]))
-            << "statistic " << p << ": " << ours.statistics[p] << " and " << plain.statistics[p];
-        ASSERT_EQ(ours.planes[p].size(), plain.planes[p].size());
-        for (std::size_t i = 0; i < plain.planes[p].size(); ++i)
-            ASSERT_TRUE(sameBits(ours.planes[p][i], plain.planes[p][i]))
-                << "plane " << p << " at " << i << ": " << ours.planes[p][i] << " and " << plain.planes[p][i];
-    }
-}
-
-// The same by plain loops over the planes, channel by channel.
-Sums plainSums(const std::vector<PlaneValues>& channels, std::size_t count)
-{
-    Sums sums;
-    sums.planes.fill(PlaneValues(count, 0.0));
-    auto& [min, mean, max, positive, negative, rms] = sums.planes;
-    auto& [dMin, dMean, dMax, dPos, dNeg, dSquare] = sums.statistics;
-    for (const PlaneValues& channel : channels) {
-        const bool first = sums.channels++ == 0;
-        if (first)
-            dMin = dMax = channel[0];
-        double m = 0.0, p = 0.0, n = 0.0, s = 0.0;
-        for (std::size_t i = 0; i < channel.size(); ++i) {
-            const double v = channel[i];
-            if (first) {
-                min[i] = mean[i] = max[i] = v;
-                positive[i] = v > 0.0 ? v : 0.0;
-                negative[i] = v > 0.0 ? 0.0 : v;
-                rms[i] = v * v;
-            } else {
-                if (v < min[i])
-                    min[i] = v;
-                if (v > max[i])
-                    max[i] = v;
-                mean[i] += v;
-                (v > 0.0 ? positive : negative)[i] += v;
-            }
-            if (v < dMin)
-                dMin = v;
-            if (v > dMax)
-                dMax = v;
-            m += v;
-            (v > 0.0 ? p : n) += v;
-            s += v * v;
-        }
-        const auto points = static_cast<double>(channel.size());
-        dMean += m / points;
-        dPos += p / points;
-        dNeg += n / points;
-        dSquare += s / points;
-    }
-    const auto n = static_cast<double>(channels.size());
-    if (channels.size() > 1) {
-        for (std::size_t i = 0; i < count; ++i) {
-            mean[i] /= n;
-            positive[i] /= n * 0.5;
-            negative[i] /= n * 0.5;
-            rms[i] = std::sqrt(rms[i] / n);
-        }
-        dMean /= n;
-        dPos /= n * 0.5;
-        dNeg /= n * 0.5;
-        dSquare = std::sqrt(dSquare / (n * 0.5));
-    }
-    return sums;
-}
 
 // Channels of MEG type with planes of one value in class 0.
 struct OneValueEach : SpectralDataset

@@ -103,7 +103,7 @@ TEST_F(ChannelSpectrum, ReloadRefusesABackupThatHoldsR)
     fillAll();
     EXPECT_EQ(spectrum.reloadRawSpctmDataRIX(), 0);
     EXPECT_THAT(host.messages(), ElementsAre("No backup sepctral data?!"));
-    EXPECT_EQ(plane(spectrum, R), first[0].values());
+    EXPECT_EQ(planeValues(spectrum, R), first[0].values());
 }
 
 TEST_F(ChannelSpectrum, ReloadRefusesAnEmptyBackup)
@@ -113,7 +113,7 @@ TEST_F(ChannelSpectrum, ReloadRefusesAnEmptyBackup)
     spectrum.m_nBkTimePt = T;
     EXPECT_EQ(spectrum.reloadRawSpctmDataRIX(), 0);
     EXPECT_THAT(host.messages(), ElementsAre("No backup sepctral data?!", "No backup sepctral data?!"));
-    EXPECT_EQ(plane(spectrum, I), first[1].values());
+    EXPECT_EQ(planeValues(spectrum, I), first[1].values());
 }
 
 TEST_F(ChannelSpectrum, ReloadBringsBackThePlanesOfTheBackupAlone)
@@ -124,10 +124,10 @@ TEST_F(ChannelSpectrum, ReloadBringsBackThePlanesOfTheBackupAlone)
     ASSERT_EQ(add(4, true, keep, assign, noBackup, second), 1);
     spectrum.m_pSpctmI.reset();
     ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
-    EXPECT_EQ(plane(spectrum, R), second[0].values());
-    EXPECT_EQ(plane(spectrum, I), first[1].values());
-    EXPECT_EQ(plane(spectrum, M), first[2].values());
-    EXPECT_EQ(plane(spectrum, A), second[3].values());
+    EXPECT_EQ(planeValues(spectrum, R), second[0].values());
+    EXPECT_EQ(planeValues(spectrum, I), first[1].values());
+    EXPECT_EQ(planeValues(spectrum, M), first[2].values());
+    EXPECT_EQ(planeValues(spectrum, A), second[3].values());
 }
 
 TEST_F(ChannelSpectrum, ReloadOverOtherFrequenciesDropsTheCurrentPlanes)
@@ -137,8 +137,8 @@ TEST_F(ChannelSpectrum, ReloadOverOtherFrequenciesDropsTheCurrentPlanes)
     ASSERT_EQ(spectrum.initSpctmSpace(T, F + 1, true, 0, 0), 1);
     ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
     EXPECT_EQ(spectrum.m_nFreqPt, F);
-    EXPECT_THAT(plane(spectrum, R), IsEmpty());
-    EXPECT_EQ(plane(spectrum, A), first[3].values());
+    EXPECT_THAT(planeValues(spectrum, R), IsEmpty());
+    EXPECT_EQ(planeValues(spectrum, A), first[3].values());
 }
 
 TEST_F(ChannelSpectrum, ReloadOverFewerOrMoreTimesKeepsEveryPlaneOfOneSize)
@@ -151,12 +151,12 @@ TEST_F(ChannelSpectrum, ReloadOverFewerOrMoreTimesKeepsEveryPlaneOfOneSize)
         std::fill_n(spectrum.m_pSpctmR.get(), otherT * F, 7.0);
         ASSERT_EQ(spectrum.reloadRawSpctmDataRIX(), 1);
         EXPECT_EQ(spectrum.m_nTimePt, T);
-        EXPECT_EQ(plane(spectrum, I), first[1].values());
-        EXPECT_EQ(plane(spectrum, M), first[2].values());
+        EXPECT_EQ(planeValues(spectrum, I), first[1].values());
+        EXPECT_EQ(planeValues(spectrum, M), first[2].values());
         Values kept(static_cast<std::size_t>(std::min(T, otherT) * F), 7.0);
         kept.resize(static_cast<std::size_t>(T * F), 0.0);
-        EXPECT_EQ(plane(spectrum, R), kept);
-        EXPECT_EQ(plane(spectrum, A), Values(static_cast<std::size_t>(T * F), 0.0));
+        EXPECT_EQ(planeValues(spectrum, R), kept);
+        EXPECT_EQ(planeValues(spectrum, A), Values(static_cast<std::size_t>(T * F), 0.0));
     }
 }
 

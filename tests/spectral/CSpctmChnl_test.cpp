@@ -34,7 +34,7 @@ TEST_F(ChannelSpectrum, EveryFormAssignsItsPlanesAndDropsTheOthers)
         fillAll();
         ASSERT_EQ(add(form.planes, form.flat, keep, assign, noBackup, second), 1);
         for (int type = R; type <= A; ++type)
-            EXPECT_EQ(plane(spectrum, type),
+            EXPECT_EQ(planeValues(spectrum, type),
                       type < form.planes ? second[static_cast<std::size_t>(type)].values() : Values());
     }
 }
@@ -46,7 +46,8 @@ TEST_F(ChannelSpectrum, EveryFormDropsTheOtherPlanesWhenItAdds)
         ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
         for (int type = R; type <= A; ++type) {
             const auto i = static_cast<std::size_t>(type);
-            EXPECT_EQ(plane(spectrum, type), type < form.planes ? first[i].values() + second[i].values() : Values());
+            EXPECT_EQ(planeValues(spectrum, type),
+                      type < form.planes ? first[i].values() + second[i].values() : Values());
         }
     }
 }
@@ -58,7 +59,7 @@ TEST_F(ChannelSpectrum, AddingTwiceFromEmptyGivesTheSum)
         ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
         for (int type = R; type < form.planes; ++type) {
             const auto i = static_cast<std::size_t>(type);
-            EXPECT_EQ(plane(spectrum, type), first[i].values() + second[i].values());
+            EXPECT_EQ(planeValues(spectrum, type), first[i].values() + second[i].values());
         }
     }
 }
@@ -67,7 +68,7 @@ TEST_F(ChannelSpectrum, RestartEndsASum)
 {
     ASSERT_EQ(add(4, true, restart, sum, withBackup, first), 1);
     ASSERT_EQ(add(4, true, restart, sum, noBackup, second), 1);
-    EXPECT_EQ(plane(spectrum, R), second[0].values());
+    EXPECT_EQ(planeValues(spectrum, R), second[0].values());
     EXPECT_TRUE(hasNoBackup(spectrum));
 }
 
@@ -75,17 +76,17 @@ TEST_F(ChannelSpectrum, ANewImaginaryPlaneWipesTheSumOfTheRealOnes)
 {
     ASSERT_EQ(add(1, false, restart, sum, noBackup, first), 1);
     ASSERT_EQ(add(2, false, keep, sum, noBackup, second), 1);
-    EXPECT_EQ(plane(spectrum, R), second[0].values());
-    EXPECT_EQ(plane(spectrum, I), second[1].values());
+    EXPECT_EQ(planeValues(spectrum, R), second[0].values());
+    EXPECT_EQ(planeValues(spectrum, I), second[1].values());
 }
 
 TEST_F(ChannelSpectrum, ANewMagnitudePlaneWipesTheSumOfTheRealOnesAlone)
 {
     ASSERT_EQ(add(2, false, restart, sum, noBackup, first), 1);
     ASSERT_EQ(add(3, false, keep, sum, noBackup, second), 1);
-    EXPECT_EQ(plane(spectrum, R), second[0].values());
-    EXPECT_EQ(plane(spectrum, I), first[1].values() + second[1].values());
-    EXPECT_EQ(plane(spectrum, M), second[2].values());
+    EXPECT_EQ(planeValues(spectrum, R), second[0].values());
+    EXPECT_EQ(planeValues(spectrum, I), first[1].values() + second[1].values());
+    EXPECT_EQ(planeValues(spectrum, M), second[2].values());
 }
 
 TEST_F(ChannelSpectrum, FlatFormsAndTheFormOfFourPlanesKeepTheSumOfTheRealOnes)
@@ -93,8 +94,8 @@ TEST_F(ChannelSpectrum, FlatFormsAndTheFormOfFourPlanesKeepTheSumOfTheRealOnes)
     for (const Form form : {Form{3, true}, Form{4, true}, Form{4, false}}) {
         ASSERT_EQ(add(1, false, restart, sum, noBackup, first), 1);
         ASSERT_EQ(add(form.planes, form.flat, keep, sum, noBackup, second), 1);
-        EXPECT_EQ(plane(spectrum, R), first[0].values() + second[0].values());
-        EXPECT_EQ(plane(spectrum, I), second[1].values());
+        EXPECT_EQ(planeValues(spectrum, R), first[0].values() + second[0].values());
+        EXPECT_EQ(planeValues(spectrum, I), second[1].values());
     }
 }
 
@@ -105,7 +106,7 @@ TEST_F(ChannelSpectrum, AnotherShapeBeginsAnewAndDropsTheBackup)
     ASSERT_EQ(spectrum.addSpctmDataR(other.rows(), 2, 5, keep, sum, noBackup), 1);
     EXPECT_EQ(spectrum.m_nTimePt, 2);
     EXPECT_EQ(spectrum.m_nFreqPt, 5);
-    EXPECT_EQ(plane(spectrum, R), other.values());
+    EXPECT_EQ(planeValues(spectrum, R), other.values());
     EXPECT_TRUE(hasNoBackup(spectrum));
 }
 
@@ -131,8 +132,8 @@ TEST_F(ChannelSpectrum, ANullArrayIsRefusedAndNothingChanges)
                                         assign, noBackup),
               0);
     EXPECT_EQ(spectrum.addSpctmDataRIM1d(first[0].flat(), nullptr, first[2].flat(), T, F, restart, sum, noBackup), 0);
-    EXPECT_EQ(plane(spectrum, R), first[0].values());
-    EXPECT_EQ(plane(spectrum, A), first[3].values());
+    EXPECT_EQ(planeValues(spectrum, R), first[0].values());
+    EXPECT_EQ(planeValues(spectrum, A), first[3].values());
     EXPECT_EQ(backup(spectrum, A), first[3].values());
 }
 
@@ -157,7 +158,7 @@ TEST_F(ChannelSpectrum, AllocationFailuresLeaveWholeSpectra)
                 const int done = add(form.planes, form.flat, restart, mode, withBackup, first);
                 EXPECT_EQ(done, spectrum.m_nTimePt == T ? 1 : 0);
                 if (done == 1) {
-                    EXPECT_EQ(plane(spectrum, R), first[0].values());
+                    EXPECT_EQ(planeValues(spectrum, R), first[0].values());
                 }
                 const FailingAllocator noFailure(0);
                 expectStillWhole(spectrum);
@@ -175,8 +176,8 @@ TEST_F(ChannelSpectrum, PlanesMadeBeforeAFailureAreClearWhenTheShapeIsKnown)
     spectrum.m_nFreqPt = F;
     const FailingAllocator failing(2);
     EXPECT_EQ(add(4, false, keep, assign, noBackup, first), 0);
-    EXPECT_THAT(plane(spectrum, R), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
-    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+    EXPECT_THAT(planeValues(spectrum, R), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
+    EXPECT_THAT(planeValues(spectrum, I), IsEmpty());
 }
 
 TEST_F(ChannelSpectrum, PlanesHeldBeforeAFailureKeepTheirValues)
@@ -184,15 +185,15 @@ TEST_F(ChannelSpectrum, PlanesHeldBeforeAFailureKeepTheirValues)
     ASSERT_EQ(add(2, false, restart, assign, noBackup, first), 1);
     const FailingAllocator failing(1);
     EXPECT_EQ(add(4, false, keep, assign, noBackup, second), 0);
-    EXPECT_EQ(plane(spectrum, R), first[0].values());
-    EXPECT_EQ(plane(spectrum, I), first[1].values());
+    EXPECT_EQ(planeValues(spectrum, R), first[0].values());
+    EXPECT_EQ(planeValues(spectrum, I), first[1].values());
 }
 
 TEST_F(ChannelSpectrum, AnAdditionIsDoneEvenWhenItsBackupFails)
 {
     const FailingAllocator failing(2);
     EXPECT_EQ(add(1, false, restart, assign, withBackup, first), 1);
-    EXPECT_EQ(plane(spectrum, R), first[0].values());
+    EXPECT_EQ(planeValues(spectrum, R), first[0].values());
     EXPECT_EQ(spectrum.m_pBkSpctmR, nullptr);
     EXPECT_EQ(spectrum.m_nBkTimePt, T);
 }
@@ -205,7 +206,7 @@ TEST_F(ChannelSpectrum, LargePlanesAreSummedElementByElement)
     Input b(manyT, manyF, 12);
     ASSERT_EQ(spectrum.addSpctmDataR(a.rows(), manyT, manyF, restart, sum, noBackup), 1);
     ASSERT_EQ(spectrum.addSpctmDataR(b.rows(), manyT, manyF, keep, sum, noBackup), 1);
-    EXPECT_EQ(plane(spectrum, R), a.values() + b.values());
+    EXPECT_EQ(planeValues(spectrum, R), a.values() + b.values());
 }
 
 TEST_F(ChannelSpectrum, RowsMayStandAnywhere)
@@ -214,7 +215,7 @@ TEST_F(ChannelSpectrum, RowsMayStandAnywhere)
     Values high{4, 5, 6};
     double* rows[] = {high.data(), low.data()};
     ASSERT_EQ(spectrum.addSpctmDataR(rows, 2, 3, restart, assign, noBackup), 1);
-    EXPECT_THAT(plane(spectrum, R), ElementsAre(4, 5, 6, 1, 2, 3));
+    EXPECT_THAT(planeValues(spectrum, R), ElementsAre(4, 5, 6, 1, 2, 3));
 }
 
 TEST_F(ChannelSpectrum, DataPointerGivesTheShapeInEveryCase)
@@ -241,37 +242,37 @@ TEST_F(ChannelSpectrum, CleaningKeepsRangeAndTheOtherSet)
     fillAll();
     EXPECT_EQ(spectrum._cleanBkSpctmData(), 1);
     EXPECT_TRUE(hasNoBackup(spectrum));
-    EXPECT_EQ(plane(spectrum, M), first[2].values());
+    EXPECT_EQ(planeValues(spectrum, M), first[2].values());
 }
 
 TEST_F(ChannelSpectrum, SpaceIsMadeForThePlanesAskedFor)
 {
     EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 0, 0), 1);
-    EXPECT_THAT(plane(spectrum, R), ::testing::SizeIs(T * F));
-    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+    EXPECT_THAT(planeValues(spectrum, R), ::testing::SizeIs(T * F));
+    EXPECT_THAT(planeValues(spectrum, I), IsEmpty());
     EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 0), 1);
-    EXPECT_THAT(plane(spectrum, I), ::testing::SizeIs(T * F));
-    EXPECT_THAT(plane(spectrum, M), IsEmpty());
+    EXPECT_THAT(planeValues(spectrum, I), ::testing::SizeIs(T * F));
+    EXPECT_THAT(planeValues(spectrum, M), IsEmpty());
     EXPECT_EQ(spectrum.initSpctmSpace(T, F, false, 0, 1), 1);
-    EXPECT_THAT(plane(spectrum, M), ::testing::SizeIs(T * F));
-    EXPECT_THAT(plane(spectrum, A), ::testing::SizeIs(T * F));
+    EXPECT_THAT(planeValues(spectrum, M), ::testing::SizeIs(T * F));
+    EXPECT_THAT(planeValues(spectrum, A), ::testing::SizeIs(T * F));
 }
 
 TEST_F(ChannelSpectrum, NewSpaceIsClearAlsoWhenNobodyAsked)
 {
     ASSERT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 1), 1);
     for (int type = R; type <= A; ++type)
-        EXPECT_THAT(plane(spectrum, type), Each(0.0));
+        EXPECT_THAT(planeValues(spectrum, type), Each(0.0));
 }
 
 TEST_F(ChannelSpectrum, SpaceOfTheSameShapeKeepsItsContentUnlessCleared)
 {
     fillAll();
     ASSERT_EQ(spectrum.initSpctmSpace(T, F, false, 1, 1), 1);
-    EXPECT_EQ(plane(spectrum, A), first[3].values());
+    EXPECT_EQ(planeValues(spectrum, A), first[3].values());
     ASSERT_EQ(spectrum.initSpctmSpace(T, F, true, 0, 0), 1);
     for (int type = R; type <= A; ++type)
-        EXPECT_THAT(plane(spectrum, type), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
+        EXPECT_THAT(planeValues(spectrum, type), ::testing::AllOf(::testing::SizeIs(T * F), Each(0.0)));
     EXPECT_EQ(backup(spectrum, R), first[0].values());
 }
 
@@ -279,8 +280,8 @@ TEST_F(ChannelSpectrum, SpaceOfAnotherShapeDropsTheCurrentPlanes)
 {
     fillAll();
     ASSERT_EQ(spectrum.initSpctmSpace(T, F + 1, false, 0, 0), 1);
-    EXPECT_THAT(plane(spectrum, R), ::testing::SizeIs(T * (F + 1)));
-    EXPECT_THAT(plane(spectrum, I), IsEmpty());
+    EXPECT_THAT(planeValues(spectrum, R), ::testing::SizeIs(T * (F + 1)));
+    EXPECT_THAT(planeValues(spectrum, I), IsEmpty());
     EXPECT_EQ(backup(spectrum, R), first[0].values());
 }
 
@@ -298,8 +299,8 @@ TEST_F(ChannelSpectrum, SpaceThatFailsKeepsWhatWasMade)
 {
     const FailingAllocator failing(3);
     EXPECT_EQ(spectrum.initSpctmSpace(T, F, true, 1, 1), 0);
-    EXPECT_THAT(plane(spectrum, I), ::testing::SizeIs(T * F));
-    EXPECT_THAT(plane(spectrum, M), IsEmpty());
+    EXPECT_THAT(planeValues(spectrum, I), ::testing::SizeIs(T * F));
+    EXPECT_THAT(planeValues(spectrum, M), IsEmpty());
     EXPECT_EQ(spectrum.m_nTimePt, T);
     host.expectNoMessages();
 }

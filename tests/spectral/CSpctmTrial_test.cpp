@@ -4,7 +4,6 @@
 #include "tests/spectral/spectra.h"
 
 #include <cmath>
-#include <limits>
 
 namespace megset::CSpctmTrial_test {
 namespace {

@@ -83,4 +83,11 @@ inline void fillAtRandom(CMDTrialzk& trial, AnyArgument& any)
     }
 }
 
+/// The same of a new trial, with up to three channels.
+inline void makeAtRandom(CMDTrialzk& trial, AnyArgument& any)
+{
+    trial.allocateChannels(static_cast<int>(any.between(1, 3)));
+    fillAtRandom(trial, any);
+}
+
 } // namespace megset

@@ -4,6 +4,7 @@
 #include "megset/spectral/CSpctmChnlzk.h"
 
 #include "tests/kit/ScriptedHost.h"
+#include "tests/spectral/planes.h"
 #include "tests/spectral/spectra.h"
 
 #include <array>
@@ -14,17 +15,6 @@
 #include <gtest/gtest.h>
 
 namespace megset::channelSpectrum {
-
-using Values = std::vector<double>;
-
-/// Planes: real, imaginary, magnitude, angle.
-enum DataType
-{
-    R,
-    I,
-    M,
-    A
-};
 
 inline constexpr int restart = 1;
 inline constexpr int keep = 0;
@@ -67,15 +57,6 @@ inline Values operator+(const Values& a, const Values& b)
     return result;
 }
 
-/// One of the current planes, empty where there is none.
-inline Values plane(const CSpctmChnlzk& spectrum, int type)
-{
-    std::int64_t nTimePt = 0;
-    std::int64_t nFreqPt = 0;
-    const double* const values = spectrum.getSpctmDataPtr(type, &nTimePt, &nFreqPt);
-    return valuesOf(values, nTimePt * nFreqPt);
-}
-
 inline Values backup(const CSpctmChnlzk& spectrum, int type)
 {
     const SampleArray* const planes[] = {&spectrum.m_pBkSpctmR, &spectrum.m_pBkSpctmI, &spectrum.m_pBkSpctmM,
@@ -85,8 +66,8 @@ inline Values backup(const CSpctmChnlzk& spectrum, int type)
 
 inline bool isEmptySpectrum(const CSpctmChnlzk& spectrum)
 {
-    return spectrum.m_nTimePt == 0 && spectrum.m_nFreqPt == 0 && plane(spectrum, R).empty() &&
-           plane(spectrum, I).empty() && plane(spectrum, M).empty() && plane(spectrum, A).empty();
+    return spectrum.m_nTimePt == 0 && spectrum.m_nFreqPt == 0 && planeValues(spectrum, R).empty() &&
+           planeValues(spectrum, I).empty() && planeValues(spectrum, M).empty() && planeValues(spectrum, A).empty();
 }
 
 inline bool hasNoBackup(const CSpctmChnlzk& spectrum)

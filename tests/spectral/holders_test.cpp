@@ -5,7 +5,6 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
-#include <memory>
 #include <vector>
 
 #include <gmock/gmock.h>

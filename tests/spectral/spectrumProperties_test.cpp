@@ -129,8 +129,7 @@ TEST(SpectrumProperties, ReadingATrialNeverLeavesItsPlanes)
     for (unsigned seed = 1; seed <= 3000; ++seed) {
         AnyArgument any(seed);
         CMDTrialzk trial;
-        trial.allocateChannels(static_cast<int>(any.between(1, 3)));
-        fillAtRandom(trial, any);
+        makeAtRandom(trial, any);
         double x[4] = {};
         std::int64_t n[5] = {};
         const int nClass = any.between(0, 9) == 0 ? any.small() : 0;
@@ -169,8 +168,7 @@ TEST(SpectrumProperties, ChangingATrialNeverLeavesItsPlanes)
     for (unsigned seed = 1; seed <= 1500; ++seed) {
         AnyArgument any(seed);
         CMDTrialzk trial;
-        trial.allocateChannels(static_cast<int>(any.between(1, 3)));
-        fillAtRandom(trial, any);
+        makeAtRandom(trial, any);
         const int type = any.small();
         trial.cutSpctmDataExtrama(any.value(), any.value(), any.value(), 0, type);
         trial.cutSpctmFreqBlock(any.cut(), any.cut(), any.value(), 0, type);

@@ -14,8 +14,7 @@ TEST(SpectrumQueryProperties, QuestionsToATrialStayInside)
     for (unsigned seed = 1; seed <= 3000; ++seed) {
         AnyArgument any(seed);
         CMDTrialzk trial;
-        trial.allocateChannels(static_cast<int>(any.between(1, 3)));
-        fillAtRandom(trial, any);
+        makeAtRandom(trial, any);
         const int nClass = any.between(0, 9) == 0 ? any.small() : 0;
         int channels = 0;
         std::int64_t n[5] = {};

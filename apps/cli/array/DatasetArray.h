@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <iosfwd>
-#include <string>
 
 namespace megset::cli {
 

@@ -7,7 +7,6 @@
 #include "megset/platform/paths.h"
 #include "megset/platform/terminalText.h"
 
-#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 

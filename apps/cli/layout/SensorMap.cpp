@@ -1,6 +1,7 @@
 #include "apps/cli/layout/SensorMap.h"
 
 #include "apps/cli/dataset/channelKind.h"
+#include "apps/cli/picture/svg.h"
 
 #include <algorithm>
 #include <ostream>
@@ -53,32 +54,18 @@ SensorMap makeMap(const std::string& title, std::vector<MapPoint> points)
     return map;
 }
 
-std::string escaped(const std::string& text)
-{
-    std::string result;
-    for (const char c : text) {
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (static_cast<unsigned char>(c) >= 0x20)
-            result += c;
-    }
-    return result;
-}
-
 constexpr double margin = 20.0;
 constexpr double titleHeight = 14.0;
 
 void writeMap(const SensorMap& map, double left, std::ostream& out)
 {
     out << "<g transform=\"translate(" << left << ' ' << margin + titleHeight << ")\">\n"
-        << "<text x=\"" << map.width / 2 << "\" y=\"" << -titleHeight << "\" font-size=\"7\">" << escaped(map.title)
+        << "<text x=\"" << map.width / 2 << "\" y=\"" << -titleHeight << "\" font-size=\"7\">" << svgText(map.title)
         << "</text>\n";
     for (const MapPoint& point : map.points)
         out << "<circle cx=\"" << point.x << "\" cy=\"" << point.y << "\" r=\"2.2\"/>\n";
     for (const MapPoint& point : map.points) // over the circles of their neighbours
-        out << "<text x=\"" << point.x << "\" y=\"" << point.y + 5 << "\">" << escaped(point.name) << "</text>\n";
+        out << "<text x=\"" << point.x << "\" y=\"" << point.y + 5 << "\">" << svgText(point.name) << "</text>\n";
     out << "</g>\n";
 }
 
@@ -109,11 +96,10 @@ void writeSvg(const std::vector<SensorMap>& maps, std::ostream& out)
         height = std::max(height, map.height);
     }
     height += 2 * margin + titleHeight;
-    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << ' ' << height << "\" width=\""
-        << width * 3 << "\" height=\"" << height * 3 << "\">\n"
-        << "<style>text{font:2.6px sans-serif;text-anchor:middle;fill:#222}circle{fill:#9ecae1;stroke:#3182bd;"
-           "stroke-width:.4}</style>\n"
-        << "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
+    beginSvg(width, height, 3.0,
+             "text{font:2.6px sans-serif;text-anchor:middle;fill:#222}circle{fill:#9ecae1;stroke:#3182bd;"
+             "stroke-width:.4}",
+             out);
     double left = 1.5 * margin;
     for (const SensorMap& map : maps) {
         writeMap(map, left, out);

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
-#include <string_view>
 
 namespace megset::cli {
 

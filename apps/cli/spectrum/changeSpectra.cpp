@@ -4,7 +4,6 @@
 #include "megset/spectral/CSpctmTrialzk.h"
 
 #include <charconv>
-#include <cmath>
 #include <stdexcept>
 #include <utility>
 

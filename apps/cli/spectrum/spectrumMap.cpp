@@ -1,5 +1,7 @@
 #include "apps/cli/spectrum/spectrumMap.h"
 
+#include "apps/cli/picture/svg.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -58,20 +60,6 @@ std::string hex(const Colour& colour)
     for (const int part : {colour.red, colour.green, colour.blue})
         text << std::setw(2) << part;
     return text.str();
-}
-
-std::string escaped(const std::string& text)
-{
-    std::string result;
-    for (const char c : text) {
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (static_cast<unsigned char>(c) >= 0x20)
-            result += c;
-    }
-    return result;
 }
 
 std::string number(double value)
@@ -165,7 +153,7 @@ void writeAxes(const SpectrumMap& map, std::ostream& out)
     }
     out << "<text x=\"" << left + width / 2 << "\" y=\"" << top + height + 40 << "\">latency, ms</text>\n"
         << "<text transform=\"translate(20 " << top + height / 2 << ") rotate(-90)\">frequency, Hz</text>\n"
-        << "<text x=\"" << left + width / 2 << "\" y=\"22\" font-size=\"15\">" << escaped(map.title) << "</text>\n";
+        << "<text x=\"" << left + width / 2 << "\" y=\"22\" font-size=\"15\">" << svgText(map.title) << "</text>\n";
 }
 
 void writeBar(const Range& range, const std::string& unit, std::ostream& out)
@@ -178,7 +166,7 @@ void writeBar(const Range& range, const std::string& unit, std::ostream& out)
     for (int i = 0; i <= 4; ++i)
         out << "<text x=\"" << barLeft + barWidth + 5 << "\" y=\"" << top + height * (4 - i) / 4 + 4
             << "\" text-anchor=\"start\">" << number(range.low + (range.high - range.low) * i / 4) << "</text>\n";
-    out << "<text x=\"" << barLeft + barWidth / 2 << "\" y=\"" << top - 8 << "\">" << escaped(unit) << "</text>\n";
+    out << "<text x=\"" << barLeft + barWidth / 2 << "\" y=\"" << top - 8 << "\">" << svgText(unit) << "</text>\n";
 }
 
 } // namespace
@@ -187,10 +175,8 @@ void writeSvg(const SpectrumMap& map, std::ostream& out)
 {
     constexpr double fullWidth = barLeft + barWidth + 80.0;
     constexpr double fullHeight = top + height + 55.0;
-    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << fullWidth << ' ' << fullHeight << "\" width=\""
-        << fullWidth << "\" height=\"" << fullHeight << "\">\n"
-        << "<style>text{font:12px sans-serif;fill:#222}text:not([text-anchor]){text-anchor:middle}</style>\n"
-        << "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
+    beginSvg(fullWidth, fullHeight, 1.0,
+             "text{font:12px sans-serif;fill:#222}text:not([text-anchor]){text-anchor:middle}", out);
     if (!map.ms.empty() && !map.hz.empty()) {
         const Grid grid = gridOf(map);
         const Range range = rangeOf(grid);

@@ -4,7 +4,6 @@
 #include "megset/platform/archiveLists.h"
 
 #include <algorithm>
-#include <string>
 
 namespace megset {
 namespace {

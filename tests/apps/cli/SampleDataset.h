@@ -77,6 +77,21 @@ private:
     OpenDataset m_open;
 };
 
+/// A trial as its file holds it.
+inline std::unique_ptr<CMDTrialzk> trialInFile(const std::string& dataset, int trial)
+{
+    ReadingNotes notes;
+    return readTrial(*openDatasetToLook(dataset, notes), trial);
+}
+
+/// The working samples of a channel in the trial's file.
+inline std::vector<double> samplesInFile(const std::string& dataset, int trial, int channel)
+{
+    const auto read = trialInFile(dataset, trial);
+    const double* const data = read->getChannel(channel)->getDataWave();
+    return {data, data + read->getChannel(channel)->getTotalSample()};
+}
+
 inline kit::ProgramResult runMegset(const std::vector<std::string>& arguments)
 {
     return kit::runProgram(MEGSET_PROGRAM, arguments);

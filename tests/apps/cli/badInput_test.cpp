@@ -44,14 +44,6 @@ protected:
         EXPECT_THAT(result.errors, HasSubstr(words));
         EXPECT_EQ(files(), before) << words;
     }
-    std::vector<double> samples(const std::string& dataset, int trial, int channel)
-    {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(dataset, notes);
-        const auto read = readTrial(*open, trial);
-        const double* const data = read->getChannel(channel)->getDataWave();
-        return {data, data + read->getChannel(channel)->getTotalSample()};
-    }
     /// Gives the channel of a trial these samples, as recorded.
     void setSamples(int trial, int channel, const std::vector<double>& values)
     {
@@ -75,7 +67,7 @@ TEST_F(BadInput, FactorsThatDoNotFitAreRefusedWithTheirNumbers)
                               ") cannot be larger than half of the sampling rate (10)");
     }
     EXPECT_EQ(run("resample", {"--factor", "9", "--out", path("slow.meg")}).exitCode, 0);
-    EXPECT_THAT(samples(path("slow.meg"), 0, 1), ElementsAre(100, 109, 118));
+    EXPECT_THAT(samplesInFile(path("slow.meg"), 0, 1), ElementsAre(100, 109, 118));
 }
 
 TEST_F(BadInput, FactorThatIsNoWholeNumberIsWrongUsage)
@@ -93,12 +85,12 @@ TEST_F(BadInput, TrialsOfUnequalLengthAreResampledByTheRecordingsCount)
     setSamples(2, 1, longer);
     sample.store();
     ASSERT_EQ(run("resample", {"--factor", "4", "--out", path("slow.meg")}).exitCode, 0);
-    EXPECT_THAT(samples(path("slow.meg"), 0, 1), ElementsAre(100, 104, 108, 112, 116, 119));
-    EXPECT_THAT(samples(path("slow.meg"), 1, 1), ElementsAre(1, 5, 7, 7, 7, 7)); // its last one again and again
-    EXPECT_THAT(samples(path("slow.meg"), 2, 1), ElementsAre(0, 4, 8, 12, 16, 20));
+    EXPECT_THAT(samplesInFile(path("slow.meg"), 0, 1), ElementsAre(100, 104, 108, 112, 116, 119));
+    EXPECT_THAT(samplesInFile(path("slow.meg"), 1, 1), ElementsAre(1, 5, 7, 7, 7, 7)); // its last one again and again
+    EXPECT_THAT(samplesInFile(path("slow.meg"), 2, 1), ElementsAre(0, 4, 8, 12, 16, 20));
     EXPECT_EQ(runMegset({"restore", path("slow.meg"), "--in-place"}).exitCode, 0);
-    EXPECT_EQ(samples(path("slow.meg"), 1, 1).size(), 7U);
-    EXPECT_EQ(samples(path("slow.meg"), 2, 1).size(), 30U);
+    EXPECT_EQ(samplesInFile(path("slow.meg"), 1, 1).size(), 7U);
+    EXPECT_EQ(samplesInFile(path("slow.meg"), 2, 1).size(), 30U);
 }
 
 TEST_F(BadInput, ResamplingUndoesAMontageAndItsMarks)
@@ -106,7 +98,8 @@ TEST_F(BadInput, ResamplingUndoesAMontageAndItsMarks)
     ASSERT_EQ(run("montage", {"--reference", "X1", "--channels", "E1", "--in-place"}).exitCode, 0);
     EXPECT_THAT(run("montage", {"--show"}).output, HasSubstr("1 channels less X1"));
     ASSERT_EQ(run("resample", {"--factor", "4", "--in-place"}).exitCode, 0);
-    EXPECT_THAT(samples(sample.path(), 1, 3), ElementsAre(1300, 1304, 1308, 1312, 1316, 1319)); // of the raw samples
+    EXPECT_THAT(samplesInFile(sample.path(), 1, 3),
+                ElementsAre(1300, 1304, 1308, 1312, 1316, 1319)); // of the raw samples
     EXPECT_THAT(run("montage", {"--show"}).output, Not(HasSubstr("less")));
     EXPECT_THAT(run("montage", {"--show"}).output, HasSubstr("re-sampled by 4"));
 }
@@ -170,11 +163,11 @@ TEST_F(BadInput, ReferenceThatIsShorterIsTakenFromWhatItReaches)
     setSamples(1, 5, {7, 8, 9});
     sample.store();
     ASSERT_EQ(run("montage", {"--reference", "X1", "--channels", "E1", "--out", path("new.meg")}).exitCode, 0);
-    const std::vector<double> shorter = samples(path("new.meg"), 1, 3);
+    const std::vector<double> shorter = samplesInFile(path("new.meg"), 1, 3);
     ASSERT_EQ(shorter.size(), 20U);
     EXPECT_THAT(std::vector<double>(shorter.begin(), shorter.begin() + 5),
                 ElementsAre(1300 - 7, 1301 - 8, 1302 - 9, 1303, 1304));
-    EXPECT_THAT(samples(path("new.meg"), 2, 3), Each(-200.0));
+    EXPECT_THAT(samplesInFile(path("new.meg"), 2, 3), Each(-200.0));
 }
 
 TEST_F(BadInput, IndividualReferencesOfAResampledTrialAreRefused)
@@ -251,9 +244,9 @@ TEST_F(FailingTrial, InPlaceLeavesItAndTheDatasetsFile)
     const auto after = files();
     for (const char* name : {"run.meg", "runTrial1.trl", "runTrial2.trl"})
         EXPECT_EQ(after.at(name), before.at(name)) << name;
-    EXPECT_THAT(samples(sample.path(), 0, 3), Each(-200.0)); // as the documentation tells
+    EXPECT_THAT(samplesInFile(sample.path(), 0, 3), Each(-200.0)); // as the documentation tells
     EXPECT_EQ(run("restore", {"--in-place"}).exitCode, 0);
-    EXPECT_EQ(samples(sample.path(), 0, 3)[4], 304.0);
+    EXPECT_EQ(samplesInFile(sample.path(), 0, 3)[4], 304.0);
 }
 
 } // namespace

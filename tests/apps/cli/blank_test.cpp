@@ -30,9 +30,7 @@ protected:
     template <class Value>
     void expect(int trial, const std::set<std::int64_t>& blanked, Value value)
     {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(sample.path(), notes);
-        const auto read = readTrial(*open, trial);
+        const auto read = trialInFile(sample.path(), trial);
         for (int c = 0; c < SampleDataset::channels; ++c)
             for (std::int64_t i = 0; i < 20; ++i) {
                 EXPECT_EQ(read->getChannel(c)->getDataWave()[i],
@@ -137,9 +135,7 @@ TEST_F(Blank, OfAReSampledDatasetBlanksTheSamePlace)
     mark("8:15", "0");
     ASSERT_EQ(runMegset({"resample", sample.path(), "--factor", "4", "--in-place"}).exitCode, 0);
     EXPECT_EQ(run().output, "1 bad segment blanked in 1 trial: 2 samples set to 0\n");
-    ReadingNotes notes;
-    const auto open = openDatasetToLook(sample.path(), notes);
-    const auto read = readTrial(*open, 0);
+    const auto read = trialInFile(sample.path(), 0);
     const double expected[] = {100.0, 104.0, 0.0, 0.0, 116.0};
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(read->getChannel(1)->getDataWave()[i], expected[i]);

@@ -1,6 +1,6 @@
 #include "apps/cli/electrodes/changeElectrodes.h"
 #include "apps/cli/electrodes/electrodeList.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 #include "tests/persistence/informationFiles.h"
 
 #include <nlohmann/json.hpp>
@@ -17,10 +17,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 // In all trials E1 is an EEG channel without an electrode, and X1 one with the electrode "Cz" at 1, 2, 3.
-class Electrodes : public testing::Test
+class Electrodes : public SampleCommand
 {
 protected:
-    Electrodes()
+    Electrodes() : SampleCommand("electrodes")
     {
         for (int i = 0; i < 3; ++i) {
             CMDChannelzk& channel = *sample.dataset().getTrialzk(i)->getChannel(5);
@@ -36,37 +36,8 @@ protected:
         sample.store();
     }
 
-    kit::ProgramResult run(std::vector<std::string> options) const
-    {
-        options.insert(options.begin(), {"electrodes", sample.path()});
-        return runMegset(options);
-    }
-    std::string done(const std::vector<std::string>& options) const
-    {
-        const auto result = run(options);
-        EXPECT_EQ(result.exitCode, 0) << result.errors;
-        return result.output;
-    }
-    // Fails, and gives why.
-    std::string fault(const std::vector<std::string>& options) const
-    {
-        const auto result = run(options);
-        EXPECT_EQ(result.exitCode, 1) << result.output;
-        return result.errors;
-    }
-    std::string file(const char* name) const { return sample.folder().native(name).string(); }
-    std::string write(const char* name, const ByteBuilder& bytes) const
-    {
-        sample.folder().write(name, bytes.bytes());
-        return file(name);
-    }
     // What a trial's file has.
-    std::vector<ListedElectrode> listed(int trial) const
-    {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(sample.path(), notes);
-        return listElectrodes(*readTrial(*open, trial));
-    }
+    std::vector<ListedElectrode> listed(int trial) const { return listElectrodes(*trialInFile(sample.path(), trial)); }
     std::vector<std::vector<std::byte>> trialBytes() const
     {
         std::vector<std::vector<std::byte>> all;
@@ -82,8 +53,6 @@ protected:
             entries.push_back(electrodeEntry(302, i));
         return electrodeFile(entries);
     }
-
-    SampleDataset sample;
 };
 
 TEST_F(Electrodes, AreListedWithOrWithoutAPlace)
@@ -115,9 +84,7 @@ TEST_F(Electrodes, AreSavedAndOpenedInAnotherDataset)
     ASSERT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "1 electrodes to all trials\n");
     for (int i = 0; i < 2; ++i) {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(other.path(), notes);
-        const auto trial = readTrial(*open, i);
+        const auto trial = trialInFile(other.path(), i);
         EXPECT_EQ(trial->getChannel(5)->m_nChannelType, 303);
         ASSERT_NE(trial->getChannel(5)->getEegElectrode(0), nullptr);
         EXPECT_EQ(trial->getChannel(5)->getEegElectrode(0)->m_strElectrodeName, "Cz");

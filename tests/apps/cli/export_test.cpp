@@ -1,7 +1,7 @@
 #include "apps/cli/dataset/channelSelection.h"
 #include "apps/cli/dataset/sampleRange.h"
 #include "apps/cli/export/exportSamples.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <cstring>
 #include <fstream>
@@ -47,22 +47,15 @@ Matrix readNpy(const std::filesystem::path& path)
     return matrix;
 }
 
-class Export : public testing::Test
+class Export : public SampleCommand
 {
 protected:
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"export", sample.path()});
-        return runMegset(options);
-    }
-    std::filesystem::path file(const char* name) const { return sample.folder().native(name); }
-
-    SampleDataset sample;
+    Export() : SampleCommand("export") {}
 };
 
 TEST_F(Export, NpyHoldsAllTrialsEndToEndWithARowForEachChannel)
 {
-    const auto result = run({"--npy", file("all.npy").string()});
+    const auto result = run({"--npy", file("all.npy")});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(result.output, HasSubstr("all.npy: 6 channels x 60 samples\n"));
     const Matrix matrix = readNpy(file("all.npy"));
@@ -77,15 +70,14 @@ TEST_F(Export, NpyHoldsAllTrialsEndToEndWithARowForEachChannel)
 
 TEST_F(Export, ChannelsTrialAndSamplesAreChosen)
 {
-    const auto result =
-        run({"--npy", file("part.npy").string(), "--channels", "M2,E1", "--trial", "1", "--samples", "3:5"});
+    const auto result = run({"--npy", file("part.npy"), "--channels", "M2,E1", "--trial", "1", "--samples", "3:5"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(readNpy(file("part.npy")).values, ElementsAre(1203, 1204, 1205, 1303, 1304, 1305));
 }
 
 TEST_F(Export, KindChoosesChannels)
 {
-    run({"--npy", file("meg.npy").string(), "--kind", "meg", "--trial", "0", "--samples", "0:0"});
+    run({"--npy", file("meg.npy"), "--kind", "meg", "--trial", "0", "--samples", "0:0"});
     EXPECT_THAT(readNpy(file("meg.npy")).values, ElementsAre(100, 200));
 }
 
@@ -95,10 +87,10 @@ TEST_F(Export, RawGivesTheSamplesAsRecorded)
     sample.store();
     const std::vector<std::string> options = {"--channels", "M1", "--trial", "0", "--samples", ":0"};
     auto worked = options;
-    worked.insert(worked.end(), {"--npy", file("worked.npy").string()});
+    worked.insert(worked.end(), {"--npy", file("worked.npy")});
     run(worked);
     auto raw = options;
-    raw.insert(raw.end(), {"--npy", file("raw.npy").string(), "--raw"});
+    raw.insert(raw.end(), {"--npy", file("raw.npy"), "--raw"});
     run(raw);
     EXPECT_THAT(readNpy(file("worked.npy")).values, ElementsAre(-1));
     EXPECT_THAT(readNpy(file("raw.npy")).values, ElementsAre(100));
@@ -106,8 +98,7 @@ TEST_F(Export, RawGivesTheSamplesAsRecorded)
 
 TEST_F(Export, TextHasALineForEachSampleWithItsTimeFromTheTrigger)
 {
-    const auto result =
-        run({"--txt", file("part.txt").string(), "--channels", "M1,S1", "--samples", "4:5", "--trial", "1"});
+    const auto result = run({"--txt", file("part.txt"), "--channels", "M1,S1", "--samples", "4:5", "--trial", "1"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(contentOf(file("part.txt")), "trial\ttime_s\tM1-77\tS1\n"
                                            "1\t-0.005\t1104\t1404\n"
@@ -118,14 +109,14 @@ TEST_F(Export, RowOfAShorterChannelIsFilledUpWithZeros)
 {
     sample.dataset().getTrialzk(0)->getChannel(1)->initData(1, true);
     sample.store();
-    run({"--npy", file("short.npy").string(), "--channels", "M1", "--trial", "0", "--samples", "0:2"});
+    run({"--npy", file("short.npy"), "--channels", "M1", "--trial", "0", "--samples", "0:2"});
     EXPECT_THAT(readNpy(file("short.npy")).values, ElementsAre(0, 0, 0));
 }
 
 TEST_F(Export, ExistingFileStays)
 {
     sample.folder().write("old.npy", "mine");
-    const auto result = run({"--npy", file("old.npy").string()});
+    const auto result = run({"--npy", file("old.npy")});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("old.npy: exists already"));
     EXPECT_EQ(contentOf(file("old.npy")), "mine");
@@ -133,7 +124,7 @@ TEST_F(Export, ExistingFileStays)
 
 TEST_F(Export, UnknownChannelNamesTheNearest)
 {
-    const auto result = run({"--npy", file("x.npy").string(), "--channels", "M9"});
+    const auto result = run({"--npy", file("x.npy"), "--channels", "M9"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("there is no channel M9; the nearest names are M1-77, M2-77"));
     EXPECT_FALSE(sample.folder().has("x.npy"));
@@ -141,7 +132,7 @@ TEST_F(Export, UnknownChannelNamesTheNearest)
 
 TEST_F(Export, TrialThatIsNotThereIsTold)
 {
-    const auto result = run({"--npy", file("x.npy").string(), "--trial", "3"});
+    const auto result = run({"--npy", file("x.npy"), "--trial", "3"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("there is no trial 3; the dataset has 3"));
 }
@@ -149,7 +140,7 @@ TEST_F(Export, TrialThatIsNotThereIsTold)
 TEST_F(Export, MissingTrialIsToldAndNoFileIsLeft)
 {
     std::filesystem::remove(sample.trialFile(1));
-    const auto result = run({"--npy", file("x.npy").string()});
+    const auto result = run({"--npy", file("x.npy")});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("runTrial1.trl: the trial's file is missing"));
     EXPECT_FALSE(sample.folder().has("x.npy"));
@@ -157,7 +148,7 @@ TEST_F(Export, MissingTrialIsToldAndNoFileIsLeft)
 
 TEST_F(Export, FileThatCanNotBeMadeIsTold)
 {
-    const auto result = run({"--npy", file("no").string() + "/x.npy"});
+    const auto result = run({"--npy", file("no") + "/x.npy"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("x.npy: can't be written"));
 }
@@ -165,8 +156,8 @@ TEST_F(Export, FileThatCanNotBeMadeIsTold)
 TEST_F(Export, OneTargetIsAsked)
 {
     EXPECT_EQ(run({}).exitCode, 2);
-    EXPECT_EQ(run({"--npy", file("a").string(), "--txt", file("b").string()}).exitCode, 2);
-    EXPECT_EQ(run({"--npy", file("a").string(), "--kind", "none"}).exitCode, 2);
+    EXPECT_EQ(run({"--npy", file("a"), "--txt", file("b")}).exitCode, 2);
+    EXPECT_EQ(run({"--npy", file("a"), "--kind", "none"}).exitCode, 2);
 }
 
 TEST(SampleRange, BothEndsAreIncludedAndMayBeLeftOut)

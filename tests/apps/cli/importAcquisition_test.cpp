@@ -1,10 +1,10 @@
 // `megset import` of an acquisition, and what it says when that can't be done.
 #include "apps/phantom/acquisition.h"
 #include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/shortPhantom.h"
 #include "tests/persistence/acquisitionRecord.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,13 +27,8 @@ class ImportOfAcquisition : public testing::Test
 protected:
     ImportOfAcquisition()
     {
-        phantom::PhantomOptions options;
-        options.trials = 3;
-        options.seconds = 0.1;
-        options.preTriggerSeconds = 0.02;
-        options.channels = 10;
         folder.makeFolder("rec");
-        phantom::writeAcquisition(folder.native("rec\\run.mega"), options);
+        phantom::writeAcquisition(folder.native("rec\\run.mega"), shortPhantom());
     }
 
     std::string path(const char* name) const { return folder.native(name).string(); }
@@ -85,12 +80,7 @@ TEST_F(ImportOfAcquisition, MakesADatasetThatIsInOrder)
 
 TEST_F(ImportOfAcquisition, GivesTheSamplesThatTheCtfFormGives)
 {
-    phantom::PhantomOptions options;
-    options.trials = 3;
-    options.seconds = 0.1;
-    options.preTriggerSeconds = 0.02;
-    options.channels = 10;
-    phantom::writePhantom(folder.native("run.ds"), options);
+    phantom::writePhantom(folder.native("run.ds"), shortPhantom());
     ASSERT_EQ(import().exitCode, 0);
     ASSERT_EQ(runMegset({"import", path("run.ds"), path("ctf.meg")}).exitCode, 0);
     for (const char* name : {"new", "ctf"})

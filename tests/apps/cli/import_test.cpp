@@ -1,9 +1,8 @@
 #include "apps/cli/import/importRecording.h"
-#include "apps/phantom/phantom.h"
 #include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/shortPhantom.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,15 +19,7 @@ using testing::HasSubstr;
 class Import : public testing::Test
 {
 protected:
-    Import()
-    {
-        phantom::PhantomOptions options;
-        options.trials = 3;
-        options.seconds = 0.1;
-        options.preTriggerSeconds = 0.02;
-        options.channels = 10;
-        phantom::writePhantom(folder.native("rec.ds"), options);
-    }
+    Import() { phantom::writePhantom(folder.native("rec.ds"), shortPhantom()); }
 
     std::string path(const char* name) const { return folder.native(name).string(); }
     kit::ProgramResult import(std::vector<std::string> options = {})

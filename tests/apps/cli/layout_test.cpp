@@ -1,7 +1,6 @@
 #include "apps/cli/layout/SensorMap.h"
 #include "tests/apps/cli/SampleDataset.h"
 
-#include <fstream>
 #include <sstream>
 
 #include <gmock/gmock.h>

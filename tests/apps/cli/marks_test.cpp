@@ -1,5 +1,5 @@
 #include "apps/cli/events/changeMarks.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <algorithm>
 #include <limits>
@@ -19,14 +19,11 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 // Three trials of 20 samples at 200 Hz, 5 of them before the trigger.
-class Marks : public testing::Test
+class Marks : public SampleCommand
 {
 protected:
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"marks", sample.path()});
-        return runMegset(options);
-    }
+    Marks() : SampleCommand("marks") {}
+
     void change(std::vector<std::string> options)
     {
         options.emplace_back("--in-place");
@@ -55,8 +52,6 @@ protected:
         EXPECT_EQ(result.output, "");
         return result.errors;
     }
-
-    SampleDataset sample;
 };
 
 // ---- added

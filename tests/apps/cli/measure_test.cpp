@@ -1,5 +1,5 @@
 #include "apps/cli/measure/measureChannels.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <cmath>
 
@@ -14,16 +14,10 @@ namespace {
 using testing::HasSubstr;
 using testing::SizeIs;
 
-class Measure : public testing::Test
+class Measure : public SampleCommand
 {
 protected:
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"measure", sample.path()});
-        return runMegset(options);
-    }
-
-    SampleDataset sample;
+    Measure() : SampleCommand("measure") {}
 };
 
 TEST_F(Measure, JsonTellsEachChannelOfTheRange)

@@ -1,5 +1,5 @@
 #include "apps/cli/process/montage.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <sstream>
 
@@ -162,10 +162,10 @@ TEST_F(Montage, WhatWasDoneIsDescribed)
     EXPECT_THAT(describeProcessing(trial), Contains("1 channels less 2.000000*A + C / 2.000000"));
 }
 
-class MontageCommand : public testing::Test
+class MontageCommand : public SampleCommand
 {
 protected:
-    MontageCommand()
+    MontageCommand() : SampleCommand("montage")
     {
         for (int i = 0; i < 3; ++i)
             sample.dataset().getTrialzk(i)->getChannel(5)->setChannelType(302); // a second EEG channel, X1
@@ -174,17 +174,8 @@ protected:
 
     double at(int trial, int channel, int i)
     {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(sample.path(), notes);
-        return readTrial(*open, trial)->getChannel(channel)->getDataWave()[i];
+        return trialInFile(sample.path(), trial)->getChannel(channel)->getDataWave()[i];
     }
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"montage", sample.path()});
-        return runMegset(options);
-    }
-
-    SampleDataset sample;
 };
 
 TEST_F(MontageCommand, AverageIsAppliedToAllTrialsShownAndTakenBack)

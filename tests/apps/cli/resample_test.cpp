@@ -1,5 +1,5 @@
 #include "apps/cli/process/resample.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,26 +11,16 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class Resample : public testing::Test
+class Resample : public SampleCommand
 {
 protected:
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"resample", sample.path()});
-        return runMegset(options);
-    }
-    // Samples of channel 1 of a trial.
-    std::vector<double> samples(const std::string& dataset, int trial)
-    {
-        ReadingNotes notes;
-        const auto open = openDatasetToLook(dataset, notes);
-        const auto read = readTrial(*open, trial);
-        const double* const data = read->getChannel(1)->getDataWave();
-        return {data, data + read->getChannel(1)->getTotalSample()};
-    }
-    std::string path(const char* name) const { return sample.folder().native(name).string(); }
+    Resample() : SampleCommand("resample") {}
 
-    SampleDataset sample;
+    // Samples of channel 1 of a trial.
+    static std::vector<double> samples(const std::string& dataset, int trial)
+    {
+        return samplesInFile(dataset, trial, 1);
+    }
 };
 
 TEST_F(Resample, FactorIsAppliedToAllTrialsAndUndoneByRestore)
@@ -67,10 +57,8 @@ TEST_F(Resample, UndoesMontageAndNoiseReductionAndTellsSo)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.errors, HasSubstr("noise reduction and montage are undone in 2 trials; --new keeps them\n"));
     EXPECT_THAT(samples(sample.path(), 0), ElementsAre(100, 104, 108, 112, 116, 119));
-    ReadingNotes notes;
-    const auto open = openDatasetToLook(sample.path(), notes);
     for (int t = 0; t < 3; ++t) {
-        const auto trial = readTrial(*open, t);
+        const auto trial = trialInFile(sample.path(), t);
         EXPECT_EQ(trial->getChannel(1)->getMEGSensorzk()->getGradOrderNo(), 0);
         EXPECT_EQ(trial->m_bMontageCrDone, 0);
         EXPECT_EQ(trial->m_nTrialResampleStep, 4);
@@ -81,13 +69,13 @@ TEST_F(Resample, UndoesMontageAndNoiseReductionAndTellsSo)
 TEST_F(Resample, NewDatasetTakesTheSamplesForItsRecordingAndTheSourceStays)
 {
     const auto before = sample.folder().read("runTrial1.trl");
-    const auto result = run({"--factor", "4", "--new", path("slow.meg")});
+    const auto result = run({"--factor", "4", "--new", file("slow.meg")});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(sample.folder().read("runTrial1.trl"), before);
     EXPECT_THAT(sample.folder().names(), ElementsAre("run.meg", "runTrial0.trl", "runTrial1.trl", "runTrial2.trl",
                                                      "slow.meg", "slowTrial0.trl", "slowTrial1.trl", "slowTrial2.trl"));
-    EXPECT_EQ(samples(path("slow.meg"), 1)[2], 1108.0);
-    EXPECT_EQ(runMegset({"check", path("slow.meg")}).exitCode, 0) << runMegset({"check", path("slow.meg")}).output;
+    EXPECT_EQ(samples(file("slow.meg"), 1)[2], 1108.0);
+    EXPECT_EQ(runMegset({"check", file("slow.meg")}).exitCode, 0) << runMegset({"check", file("slow.meg")}).output;
 }
 
 TEST_F(Resample, NewDatasetHasTheMarksAtTheirPlaceAndTheBadChannels)
@@ -107,13 +95,13 @@ TEST_F(Resample, NewDatasetHasTheMarksAtTheirPlaceAndTheBadChannels)
     open->dataset.getTrigManager()->getMarker(0, false)->addMarkPt(trigger);
     storeDataset(*open);
     open.reset();
-    ASSERT_EQ(run({"--factor", "4", "--new", path("slow.meg")}).exitCode, 0);
-    EXPECT_THAT(runMegset({"marks", path("slow.meg")}).output,
+    ASSERT_EQ(run({"--factor", "4", "--new", file("slow.meg")}).exitCode, 0);
+    EXPECT_THAT(runMegset({"marks", file("slow.meg")}).output,
                 HasSubstr("    0         3         3          40          40  trigger    Trig5\n"
                           "    1         2         3          20          40  mark       blink\n"
                           "    2         1         4           0          60  segment    Bad_segment\n"));
     ReadingNotes notes;
-    const auto slow = openDatasetToLook(path("slow.meg"), notes);
+    const auto slow = openDatasetToLook(file("slow.meg"), notes);
     EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(1), 1);
     EXPECT_EQ(slow->dataset.isGoodChnl4Alltrials(2), 0);
     const CMarkerDatazk& marker = *slow->dataset.getTrigManager()->getMarker(0, false);
@@ -124,7 +112,7 @@ TEST_F(Resample, NewDatasetHasTheMarksAtTheirPlaceAndTheBadChannels)
 TEST_F(Resample, NewDatasetOfAReSampledOneIsRefused)
 {
     ASSERT_EQ(run({"--factor", "2", "--in-place"}).exitCode, 0);
-    const auto result = run({"--factor", "2", "--new", path("slow.meg")});
+    const auto result = run({"--factor", "2", "--new", file("slow.meg")});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("the dataset is re-sampled already: restore it first"));
     EXPECT_FALSE(sample.folder().has("slow.meg"));
@@ -132,12 +120,12 @@ TEST_F(Resample, NewDatasetOfAReSampledOneIsRefused)
 
 TEST_F(Resample, NewDatasetsInOneFolderDoNotShareFiles)
 {
-    ASSERT_EQ(run({"--factor", "4", "--new", path("slow.meg")}).exitCode, 0);
-    ASSERT_EQ(run({"--factor", "2", "--new", path("faster.meg")}).exitCode, 0);
-    EXPECT_EQ(samples(path("slow.meg"), 1).size(), 6U);
-    EXPECT_EQ(samples(path("faster.meg"), 1).size(), 11U);
+    ASSERT_EQ(run({"--factor", "4", "--new", file("slow.meg")}).exitCode, 0);
+    ASSERT_EQ(run({"--factor", "2", "--new", file("faster.meg")}).exitCode, 0);
+    EXPECT_EQ(samples(file("slow.meg"), 1).size(), 6U);
+    EXPECT_EQ(samples(file("faster.meg"), 1).size(), 11U);
     const auto before = sample.folder().read("slowTrial0.trl");
-    const auto again = run({"--factor", "2", "--new", path("slow.meg")});
+    const auto again = run({"--factor", "2", "--new", file("slow.meg")});
     EXPECT_EQ(again.exitCode, 1);
     EXPECT_THAT(again.errors, HasSubstr("slow.meg: exists already"));
     EXPECT_EQ(sample.folder().read("slowTrial0.trl"), before);
@@ -147,7 +135,7 @@ TEST_F(Resample, FactorsThatDoNotFitAreRefusedAndLeaveNothing)
 {
     const auto names = sample.folder().names();
     for (const char* factor : {"0", "-3", "10", "1000"}) {
-        const auto result = run({"--factor", factor, "--out", path("slow.meg")});
+        const auto result = run({"--factor", factor, "--out", file("slow.meg")});
         EXPECT_EQ(result.exitCode, 1) << factor;
         EXPECT_NE(result.errors, "");
         EXPECT_EQ(sample.folder().names(), names);

@@ -1,5 +1,5 @@
 #include "apps/cli/seeg/changeProbes.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 #include "tests/persistence/informationFiles.h"
 
 #include <nlohmann/json.hpp>
@@ -213,50 +213,26 @@ TEST_F(Probes, AreRemovedByName)
 
 // ---- the command
 
-class Seeg : public testing::Test
+class Seeg : public SampleCommand
 {
 protected:
-    kit::ProgramResult run(std::vector<std::string> options) const
-    {
-        options.insert(options.begin(), {"seeg", sample.path()});
-        return runMegset(options);
-    }
-    std::string done(const std::vector<std::string>& options) const
-    {
-        const auto result = run(options);
-        EXPECT_EQ(result.exitCode, 0) << result.errors;
-        return result.output;
-    }
-    std::string fault(const std::vector<std::string>& options) const
-    {
-        const auto result = run(options);
-        EXPECT_EQ(result.exitCode, 1) << result.output;
-        return result.errors;
-    }
+    Seeg() : SampleCommand("seeg") {}
+
     void add(const std::string& name, std::vector<std::string> options = {}) const
     {
         options.insert(options.begin(), {"--add", name, "--base", "0,0,100", "--tip", "0,0,0", "--in-place"});
         done(options);
     }
     json list() const { return json::parse(done({"--list", "--json"})); }
-    std::string file(const char* name) const { return sample.folder().native(name).string(); }
-    std::string write(const char* name, const ByteBuilder& bytes) const
-    {
-        sample.folder().write(name, bytes.bytes());
-        return file(name);
-    }
     // Names of the probes in a trial's file.
     std::vector<std::string> probesOf(int trial) const
     {
-        ReadingNotes notes;
-        const auto read = readTrial(*openDatasetToLook(sample.path(), notes), trial);
+        const auto read = trialInFile(sample.path(), trial);
         std::vector<std::string> names;
         for (int i = 0; i < read->m_aSeegProbe.GetSize(); ++i)
             names.push_back(read->m_aSeegProbe.GetAt(i)->m_strProbeName.toUtf8());
         return names;
     }
-
-    SampleDataset sample;
 };
 
 TEST_F(Seeg, AddsListsAndRemovesProbes)
@@ -341,8 +317,7 @@ TEST_F(Seeg, SavesProbesAndOpensThemInAnotherDataset)
     ASSERT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "1 probes to all trials\n");
     for (int i = 0; i < 2; ++i) {
-        ReadingNotes notes;
-        const auto trial = readTrial(*openDatasetToLook(other.path(), notes), i);
+        const auto trial = trialInFile(other.path(), i);
         ASSERT_EQ(trial->m_aSeegProbe.GetSize(), 1);
         EXPECT_EQ(trial->getSeegProbe(0)->getTotalContacts(), 8);
     }

@@ -2,7 +2,7 @@
 #include "apps/cli/spectrum/showSpectrum.h"
 #include "megset/spectral/CSpctmChnlzk.h"
 #include "megset/spectral/CSpctmTrialzk.h"
-#include "tests/apps/cli/SampleDataset.h"
+#include "tests/apps/cli/SampleCommand.h"
 
 #include <cmath>
 #include <limits>
@@ -23,10 +23,10 @@ using testing::HasSubstr;
 using testing::SizeIs;
 
 // Trials of 200 samples at 200 Hz, 5 before the trigger; M1 holds a wave of 20 Hz and 30 fT, M2 one of 40 Hz and 10 fT.
-class Spectrum : public testing::Test
+class Spectrum : public SampleCommand
 {
 protected:
-    Spectrum() : sample(2, 200)
+    Spectrum() : SampleCommand("spectrum", 2, 200)
     {
         for (int i = 0; i < 2; ++i) {
             CMDTrialzk& trial = *sample.dataset().getTrialzk(i);
@@ -44,11 +44,6 @@ protected:
         channel.addData(200, wave.data());
     }
 
-    kit::ProgramResult run(std::vector<std::string> options)
-    {
-        options.insert(options.begin(), {"spectrum", sample.path()});
-        return runMegset(options);
-    }
     json shown(std::vector<std::string> options)
     {
         options.insert(options.end(), {"--show", "--json"});
@@ -62,8 +57,6 @@ protected:
         const auto result = run(more);
         ASSERT_EQ(result.exitCode, 0) << result.errors;
     }
-
-    SampleDataset sample;
 };
 
 TEST_F(Spectrum, MagnitudeStandsAtTheWavesFrequencyWithItsAmplitude)

@@ -94,9 +94,7 @@ TEST_F(TriggerCommand, TriggerChannelsStayAsTheyAre)
     put({{1, 2, 1, 9}});
     for (const char* mode : {"pro", "absdc", "absdcm", "plain"})
         EXPECT_THAT(scan({"--mode", mode}), SizeIs(1)) << mode;
-    ReadingNotes notes;
-    const auto open = openDatasetToLook(sample.path(), notes);
-    const auto trial = readTrial(*open, 1);
+    const auto trial = trialInFile(sample.path(), 1);
     for (int i = 0; i < 20; ++i)
         EXPECT_EQ(trial->getChannel(4)->getDataWave()[i], i == 2 ? 9.0 : 0.0);
 }

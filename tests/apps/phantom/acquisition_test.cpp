@@ -8,6 +8,7 @@
 #include "megset/platform/paths.h"
 
 #include "apps/readers/ctf/importCtf.h"
+#include "tests/apps/phantom/smallPhantom.h"
 #include "tests/kit/ByteBuilder.h"
 #include "tests/kit/Program.h"
 #include "tests/kit/ScriptedHost.h"
@@ -15,8 +16,6 @@
 #include "tests/kit/memoryArchive.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,14 +33,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// 62 channels of other kinds and two gradiometers.
-PhantomOptions small()
+/// The small recording with stimuli of two codes.
+PhantomOptions smallWithCodes()
 {
-    PhantomOptions options;
-    options.trials = 3;
-    options.seconds = 0.5;
-    options.rate = 600;
-    options.channels = 2;
+    PhantomOptions options = small();
     options.codes = {3, 7};
     return options;
 }
@@ -49,7 +44,7 @@ PhantomOptions small()
 class PhantomAcquisition : public testing::Test
 {
 protected:
-    PhantomReport write(const std::string& name = "a.mega", const PhantomOptions& options = small()) const
+    PhantomReport write(const std::string& name = "a.mega", const PhantomOptions& options = smallWithCodes()) const
     {
         return writeAcquisition(folder.native() / name, options);
     }
@@ -111,7 +106,7 @@ TEST_F(PhantomAcquisition, HasTheSameBytesInEveryFolder)
 
 TEST_F(PhantomAcquisition, IsAnotherOneWithAnotherSeed)
 {
-    PhantomOptions options = small();
+    PhantomOptions options = smallWithCodes();
     options.seed = 2;
     folder.makeFolder("other");
     write();
@@ -139,7 +134,7 @@ TEST_F(PhantomAcquisition, WritesNoFileOver)
 TEST_F(PhantomAcquisition, LeavesNothingWhenAFileCannotBeWritten)
 {
     // The tenth trial has a name that is longer than the system takes.
-    PhantomOptions options = small();
+    PhantomOptions options = smallWithCodes();
     options.trials = 11;
     options.rate = 100;
     const std::string name(255 - std::string("Trial0.trla").size(), 'x');
@@ -195,7 +190,7 @@ protected:
 
 TEST_F(PhantomInBothForms, HasTheSameSamplesBitByBit)
 {
-    PhantomOptions options = small();
+    PhantomOptions options = smallWithCodes();
     options.channels = 20;
     import(options);
     for (int t = 0; t < 3; ++t) {
@@ -218,7 +213,7 @@ TEST_F(PhantomInBothForms, HasTheSameSamplesBitByBit)
 
 TEST_F(PhantomInBothForms, HasTheSameChannelsInAllThatAFileKeeps)
 {
-    import(small());
+    import(smallWithCodes());
     for (int t = 0; t < 3; ++t) {
         CMDTrialzk& one = *ofCtf.getTrialzk(t);
         CMDTrialzk& other = *acquired.getTrialzk(t);
@@ -235,7 +230,7 @@ TEST_F(PhantomInBothForms, HasTheSameChannelsInAllThatAFileKeeps)
 
 TEST_F(PhantomInBothForms, HasTheSameMarkersFlagsAndInformation)
 {
-    import(small());
+    import(smallWithCodes());
     EXPECT_EQ(acquired.m_mkMarker, ofCtf.m_mkMarker);
     EXPECT_EQ(acquired.m_mkMarker.getTotalMarkers(), 2);
     EXPECT_EQ(acquired.m_headLocalization, ofCtf.m_headLocalization);
@@ -255,7 +250,7 @@ TEST_F(PhantomInBothForms, HasTheSameMarkersFlagsAndInformation)
 
 TEST_F(PhantomInBothForms, AContinuousRecordingIsOneTrialInEither)
 {
-    PhantomOptions options = small();
+    PhantomOptions options = smallWithCodes();
     options.continuous = true;
     import(options);
     EXPECT_EQ(acquired.getTotalTrial(), 1);

@@ -1,4 +1,5 @@
 #include "apps/phantom/phantom.h"
+#include "tests/apps/phantom/smallPhantom.h"
 #include "tests/kit/TemporaryFolder.h"
 
 #include <algorithm>
@@ -21,17 +22,6 @@ using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-/// A small recording: 62 channels of other kinds and two gradiometers.
-PhantomOptions small()
-{
-    PhantomOptions options;
-    options.trials = 3;
-    options.seconds = 0.5;
-    options.rate = 600;
-    options.channels = 2;
-    return options;
-}
 
 constexpr int smallChannels = 64;
 constexpr int smallSamples = 300;

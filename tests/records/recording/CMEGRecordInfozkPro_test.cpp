@@ -1,9 +1,8 @@
 #include "megset/records/recording/CMEGRecordInfozkPro.h"
 
-#include "fuzz/SilentHost.h"
-
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
+#include "tests/kit/SilentHost.h"
 #include "tests/kit/TracingRecorder.h"
 #include "tests/kit/brokenFiles.h"
 #include "tests/kit/layoutPage.h"

@@ -3,9 +3,6 @@
 
 #include "tests/apps/readers/ctf/CtfBuilder.h"
 
-#include <cmath>
-#include <limits>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

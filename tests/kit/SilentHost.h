@@ -1,16 +1,19 @@
 #pragma once
-// A host for benchmarks that shows nothing and asks nobody.
+// A host that shows nothing and answers every question alike: nobody is there.
 
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CUserHost.h"
 
+#include <optional>
+
 namespace megset {
 
-/// Says nothing, and Yes.
 class SilentHost : public CUserHost
 {
 public:
-    int messageBox(const CString&, unsigned) override { return IDYES; }
+    explicit SilentHost(int answer = IDNO) : m_answer(answer) {}
+
+    int messageBox(const CString&, unsigned type) override { return isQuestion(type) ? m_answer : IDOK; }
     std::optional<FileChoice> chooseFile(const FileRequest&) override { return std::nullopt; }
     void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
     void setProgress(int, std::int64_t) override {}
@@ -19,6 +22,9 @@ public:
     void beginWaitCursor() override {}
     void endWaitCursor() override {}
     void invalidate(CWnd&, bool) override {}
+
+private:
+    int m_answer;
 };
 
 } // namespace megset
