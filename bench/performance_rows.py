@@ -72,7 +72,7 @@ ROWS = {
     "MinMeaMaxSdAllChannels beside the sequential sum": STATISTICS,
     "MeasureAllChannels beside NumPy": statistic(300, "measure_bench", "MeasureAllChannels"),
     "MeasureSamples beside NumPy without std": statistic(
-        300, "measure_bench", "MeasureSamples", "near it: it reads at most of the rate that memory gives to a single thread"),
+        300, "measure_bench", "MeasureSamples", "its one pass is bound by memory, as NumPy's are, of which there are several"),
     "picking every 4th beside MNE-Python": resampling("reSampleData/pick/4"),
     "picking every 4th beside the memory's limit": resampling("reSampleData/pick/4"),
     "averaging 4 beside NumPy": resampling("reSampleData/average/4"),
