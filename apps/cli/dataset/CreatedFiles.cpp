@@ -3,22 +3,60 @@
 #include "apps/cli/inspect/fileTag.h"
 
 #include <stdexcept>
+#include <string>
+#include <system_error>
 
 namespace megset::cli {
 
-CreatedFiles::~CreatedFiles()
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path freeName(const fs::path& path)
 {
-    for (const std::filesystem::path& path : m_paths) {
-        std::error_code ignored; // what can't be removed can't be told from here either
-        std::filesystem::remove(path, ignored);
-    }
+    fs::path name = path.string() + ".former";
+    for (int i = 2; fs::exists(name); ++i)
+        name = path.string() + ".former" + std::to_string(i);
+    return name;
 }
 
-void CreatedFiles::add(const std::filesystem::path& path)
+} // namespace
+
+CreatedFiles::~CreatedFiles()
 {
-    if (std::filesystem::exists(path))
+    std::error_code ignored; // what can't be removed or renamed can't be told from here either
+    for (const fs::path& path : m_paths)
+        fs::remove(path, ignored);
+    for (const Aside& aside : m_aside)
+        fs::rename(aside.former, aside.path, ignored);
+}
+
+void CreatedFiles::add(const fs::path& path)
+{
+    if (fs::exists(path))
         throw std::runtime_error(shownPath(path) + ": exists already");
     m_paths.push_back(path);
+}
+
+void CreatedFiles::replace(const fs::path& path)
+{
+    if (fs::is_directory(path))
+        throw std::runtime_error(shownPath(path) + ": is a folder");
+    if (fs::exists(path)) {
+        const fs::path former = freeName(path);
+        fs::rename(path, former);
+        m_aside.push_back({path, former});
+    }
+    m_paths.push_back(path);
+}
+
+void CreatedFiles::keep()
+{
+    m_paths.clear();
+    std::error_code ignored; // a former file that can't be removed lies beside the new one
+    for (const Aside& aside : m_aside)
+        fs::remove(aside.former, ignored);
+    m_aside.clear();
 }
 
 } // namespace megset::cli

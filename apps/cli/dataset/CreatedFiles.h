@@ -12,17 +12,28 @@ public:
     CreatedFiles() = default;
     CreatedFiles(const CreatedFiles&) = delete;
     CreatedFiles& operator=(const CreatedFiles&) = delete;
-    /// Removes the files unless keep() was called.
+    /// Removes the files unless keep() was called, and brings back those that they were to replace.
     ~CreatedFiles();
 
     /// Notes a file that is about to be made. Throws std::runtime_error when there is one already.
     void add(const std::filesystem::path& path);
     /// Notes a file that has just been made.
     void take(const std::filesystem::path& path) { m_paths.push_back(path); }
-    void keep() { m_paths.clear(); }
+    /// Notes a file that is about to be made, and puts the one aside that is there. Throws std::runtime_error for a
+    /// folder, and std::filesystem::filesystem_error for a file that can't be renamed.
+    void replace(const std::filesystem::path& path);
+    /// The files stay, and those that they replace go.
+    void keep();
 
 private:
+    struct Aside
+    {
+        std::filesystem::path path;
+        std::filesystem::path former;
+    };
+
     std::vector<std::filesystem::path> m_paths;
+    std::vector<Aside> m_aside;
 };
 
 } // namespace megset::cli

@@ -22,7 +22,8 @@ fs::path trialPath(const fs::path& dataset, int trial)
     return dataset.parent_path() / (dataset.stem().string() + "_ImportTrial" + std::to_string(trial) + ".trl");
 }
 
-// Notes all files that come of a folder, so that none is left when the import fails, and none is written over unasked.
+// Notes all files that come of a folder, so that none is left when the import fails, and none is written over unasked, or
+// before the import is done.
 void announceFiles(const fs::path& dataset, int trials, bool force, CreatedFiles& created)
 {
     if (!fs::is_directory(dataset.parent_path()))
@@ -32,8 +33,9 @@ void announceFiles(const fs::path& dataset, int trials, bool force, CreatedFiles
         paths.push_back(trialPath(dataset, i));
     for (const fs::path& path : paths) {
         if (force)
-            fs::remove(path);
-        created.add(path);
+            created.replace(path);
+        else
+            created.add(path);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "megset/platform/paths.h"
 #include "megset/processing/resampledCopy.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace megset::cli {
@@ -97,7 +98,7 @@ void takeBadChannels(const CMEGDatazk& source, CMEGDatazk& made)
 void refuseLostTrials(const OpenDataset& source)
 {
     const int total = source.dataset.getTotalTrial();
-    for (int i = 0; i < total; ++i) {
+    for (int i = 0; i < std::min(total, source.dataset.m_aTrialFilePath.GetSize()); ++i) {
         try {
             readTrial(source, i);
         } catch (const std::runtime_error& fault) {

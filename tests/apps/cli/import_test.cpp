@@ -3,6 +3,8 @@
 #include "tests/apps/cli/shortPhantom.h"
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,6 +64,15 @@ TEST_F(Import, ExistingDatasetStaysUnlessForced)
     EXPECT_EQ(runMegset({"check", path("run.meg")}).exitCode, 0);
 }
 
+TEST_F(Import, ForcedImportReplacesNoFolder)
+{
+    std::filesystem::create_directory(folder.native("run_ImportTrial1.trl"));
+    const auto result = import({"--force"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("run_ImportTrial1.trl: is a folder"));
+    EXPECT_THAT(folder.names(), ElementsAre("rec.ds", "run_ImportTrial1.trl"));
+}
+
 TEST_F(Import, TrialFileOfSomebodyElseIsNotWrittenOver)
 {
     folder.write("run_ImportTrial1.trl", "mine");
@@ -80,19 +91,38 @@ TEST_F(Import, BrokenRecordingLeavesNothingBehind)
 }
 
 // A limit on the size of files stands for a full disk: the geometry of a trial still fits, its samples do not.
+// Imports to new.meg, with room for what is there as run.meg but for one kilobyte.
+kit::ProgramResult importOnFullDisk(const TemporaryFolder& folder, const std::string& option)
+{
+    const std::uintmax_t whole = std::filesystem::file_size(folder.native("run_ImportTrial0.trl"));
+    const std::string limit = std::to_string(whole / 1024 - 1);
+    return kit::runProgram("/bin/bash",
+                           {"-c", "trap '' XFSZ; ulimit -f " + limit + "; exec \"$0\" import \"$1\" \"$2\" " + option,
+                            MEGSET_PROGRAM, folder.native("rec.ds").string(), folder.native("new.meg").string()});
+}
+
 TEST_F(Import, FullDiskLeavesNothingBehindAndIsTold)
 {
     ASSERT_EQ(import().exitCode, 0);
-    const std::uintmax_t whole = std::filesystem::file_size(folder.native("run_ImportTrial0.trl"));
-    for (const char* name : {"run.meg", "run_ImportTrial0.trl", "run_ImportTrial1.trl", "run_ImportTrial2.trl"})
-        std::filesystem::remove(folder.native(name));
-    const std::string limit = std::to_string(whole / 1024 - 1);
-    const auto result =
-        kit::runProgram("/bin/bash", {"-c", "trap '' XFSZ; ulimit -f " + limit + "; exec \"$0\" import \"$1\" \"$2\"",
-                                      MEGSET_PROGRAM, path("rec.ds"), path("run.meg")});
+    const std::vector<std::string> names = folder.names();
+    const auto result = importOnFullDisk(folder, "");
     EXPECT_EQ(result.exitCode, 1) << result.output;
-    EXPECT_THAT(result.errors, HasSubstr("run_ImportTrial"));
-    EXPECT_THAT(folder.names(), ElementsAre("rec.ds"));
+    EXPECT_THAT(result.errors, HasSubstr("new_ImportTrial"));
+    EXPECT_EQ(folder.names(), names);
+}
+
+TEST_F(Import, ForcedImportThatFailsLeavesTheFormerDataset)
+{
+    ASSERT_EQ(import().exitCode, 0);
+    folder.write("new.meg", "mine");
+    folder.write("new_ImportTrial1.trl", "mine, too");
+    const auto dataset = folder.read("new.meg");
+    const auto trial = folder.read("new_ImportTrial1.trl");
+    const std::vector<std::string> names = folder.names();
+    EXPECT_EQ(importOnFullDisk(folder, "--force").exitCode, 1);
+    EXPECT_EQ(folder.names(), names);
+    EXPECT_EQ(folder.read("new.meg"), dataset);
+    EXPECT_EQ(folder.read("new_ImportTrial1.trl"), trial);
 }
 
 TEST_F(Import, CutSamplesGiveTheWholeTrialsAndASentence)
