@@ -4,6 +4,7 @@
 #include "megset/spectral/CSpctmTrialzk.h"
 
 #include <charconv>
+#include <cmath>
 #include <stdexcept>
 #include <utility>
 
