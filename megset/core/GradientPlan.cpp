@@ -16,6 +16,29 @@ std::span<double> samplesOf(const CMDChannelzk* channel)
     return {channel->getDataWave(), static_cast<std::size_t>(channel->getTotalSample())};
 }
 
+using RecordList = std::vector<const CCoefficientDatazk*>;
+
+// Every text of that length in a name, with the first record that holds it.
+std::unordered_map<std::u16string_view, const CCoefficientDatazk*> textsOf(const RecordList& records,
+                                                                           std::size_t length)
+{
+    std::unordered_map<std::u16string_view, const CCoefficientDatazk*> texts;
+    for (const CCoefficientDatazk* record : records) {
+        const std::u16string_view name = record->m_strCoefSensorName.view();
+        for (std::size_t from = 0; from + length <= name.size(); ++from)
+            texts.try_emplace(name.substr(from, length), record);
+    }
+    return texts;
+}
+
+const CCoefficientDatazk* firstHolding(const RecordList& records, const CString& text)
+{
+    const auto found = std::find_if(records.begin(), records.end(), [&text](const CCoefficientDatazk* record) {
+        return record->m_strCoefSensorName.Find(text) >= 0;
+    });
+    return found != records.end() ? *found : nullptr;
+}
+
 } // namespace
 
 GradientPlan::GradientPlan(const CMDTrialzk& trial, const CCoefficientManager& coefficients)
@@ -93,29 +116,37 @@ GradientPlan::Terms GradientPlan::termsOf(const CMDChannelzk& channel, const CCo
     return terms;
 }
 
-// What getSensorCoefRecord finds, the first record whose name holds the sensor's. It goes through all records for every
-// channel, which costs with the square of the channels.
+// What getSensorCoefRecord finds: the first record whose name holds the sensor's. It goes through all records for every
+// channel, which costs with the square of the channels. The texts are noted for as many names as recordings have, in a
+// few megabytes at most; a file may hold other collections, which are gone through.
 const CCoefficientDatazk* GradientPlan::recordOf(const CString& sensorName, const GradientMode& mode)
 {
+    constexpr std::size_t mostCharacters = 65'536;
+    constexpr std::size_t mostLengths = 4;
     const std::u16string_view name = sensorName.view();
-    const std::uint32_t type = CCoefficientData::getCoefficientType(mode.order, mode.realIdeal, mode.adaptive);
-    const auto [records, isNew] = m_records.try_emplace({type, name.size()});
-    if (isNew)
-        addRecords(type, name.size(), records->second);
-    const auto found = records->second.find(name);
-    return found != records->second.end() ? found->second : nullptr;
+    Records& records = recordsOf(CCoefficientData::getCoefficientType(mode.order, mode.realIdeal, mode.adaptive));
+    auto texts = records.byLength.find(name.size());
+    if (texts == records.byLength.end() && records.characters <= mostCharacters &&
+        records.byLength.size() < mostLengths)
+        texts = records.byLength.emplace(name.size(), textsOf(records.list, name.size())).first;
+    if (texts == records.byLength.end())
+        return firstHolding(records.list, sensorName);
+    const auto found = texts->second.find(name);
+    return found != texts->second.end() ? found->second : nullptr;
 }
 
-void GradientPlan::addRecords(std::uint32_t type, std::size_t length, RecordsByText& to) const
+GradientPlan::Records& GradientPlan::recordsOf(std::uint32_t type)
 {
-    for (int i = 0; i < m_coefficients.m_aCoefRecord.GetSize(); ++i) {
-        const CCoefficientDatazk* record = m_coefficients.m_aCoefRecord[i];
+    const auto [ofType, isNew] = m_records.try_emplace(type);
+    Records& records = ofType->second;
+    for (int i = 0; isNew && i < m_coefficients.m_aCoefRecord.GetSize(); ++i) {
+        const CCoefficientDatazk* record = m_coefficients.m_aCoefRecord.GetAt(i);
         if (record == nullptr || record->m_nCoefType != type)
             continue;
-        const std::u16string_view name = record->m_strCoefSensorName.view();
-        for (std::size_t from = 0; from + length <= name.size(); ++from)
-            to.try_emplace(name.substr(from, length), record);
+        records.list.push_back(record);
+        records.characters += record->m_strCoefSensorName.view().size();
     }
+    return records;
 }
 
 const GradientPlan::Reference& GradientPlan::referenceOf(const CString& name)

@@ -10,7 +10,6 @@
 #include <span>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace megset {
@@ -67,17 +66,24 @@ private:
 
     /// The texts of one length that the names of records hold, each with the first record that holds it.
     using RecordsByText = std::unordered_map<std::u16string_view, const CCoefficientDatazk*>;
+    /// The records of one type in their order.
+    struct Records
+    {
+        std::vector<const CCoefficientDatazk*> list;
+        std::size_t characters = 0; ///< of all names
+        std::map<std::size_t, RecordsByText> byLength;
+    };
 
     void planSum(const CMDChannelzk& channel, const CCoefficientDatazk& record, bool subtracted);
     Terms termsOf(const CMDChannelzk& channel, const CCoefficientDatazk& record);
     const CCoefficientDatazk* recordOf(const CString& sensorName, const GradientMode& mode);
-    void addRecords(std::uint32_t type, std::size_t length, RecordsByText& to) const;
+    Records& recordsOf(std::uint32_t type);
     const Reference& referenceOf(const CString& name);
 
     const CMDTrialzk& m_trial;
     const CCoefficientManager& m_coefficients;
-    std::map<std::pair<std::uint32_t, std::size_t>, RecordsByText> m_records; ///< by type and length
-    std::map<CString, Reference> m_references; ///< the records of all channels name the same few
+    std::map<std::uint32_t, Records> m_records; ///< by type
+    std::map<CString, Reference> m_references;  ///< the records of all channels name the same few
     std::vector<Terms> m_terms;
     std::vector<numeric::WeightedSum> m_sums;
     std::vector<CMDChannelzk*> m_changed; ///< channels whose sensors get m_mode

@@ -264,6 +264,34 @@ TEST_F(NoiseReduction, SensorsOfNamesOfAnyLengthFindTheFirstRecordThatHoldsThem)
     EXPECT_THAT(samples(at(3)), ElementsAre(-1.0));
 }
 
+// More lengths, and more characters, than texts are noted for.
+TEST_F(NoiseReduction, NamesOfManyLengthsFindTheFirstRecordThatHoldsThem)
+{
+    make({{"M", 100, 1.0, {0.0}},
+          {"M1", 100, 1.0, {0.0}},
+          {"M12", 100, 1.0, {0.0}},
+          {"M123", 100, 1.0, {0.0}},
+          {"M1234", 100, 1.0, {0.0}},
+          {"M12345", 100, 1.0, {0.0}},
+          {"R1", 10, 1.0, {1.0}}},
+         {{"M1234", "G1BR", {{"R1", 1.0}}}, {"M123456", "G1BR", {{"R1", 2.0}}}});
+    EXPECT_EQ(data.setGradientNoiseReduction(1, true, false), 1);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_THAT(samples(at(i)), ElementsAre(-1.0)) << i;
+    EXPECT_THAT(samples(at(5)), ElementsAre(-2.0));
+}
+
+TEST_F(NoiseReduction, LongNamesOfRecordsAreSearchedAsWell)
+{
+    make({{"M1", 100, 1.0, {0.0}}, {"M2", 100, 1.0, {0.0}}, {"R1", 10, 1.0, {1.0}}},
+         {{std::string(70'000, 'x') + "M1", "G1BR", {{"R1", 1.0}}},
+          {"M1", "G1BR", {{"R1", 2.0}}},
+          {"M2", "G1BR", {{"R1", 4.0}}}});
+    EXPECT_EQ(data.setGradientNoiseReduction(1, true, false), 1);
+    EXPECT_THAT(samples(at(0)), ElementsAre(-1.0));
+    EXPECT_THAT(samples(at(1)), ElementsAre(-4.0));
+}
+
 TEST_F(NoiseReduction, TheSensorsNameCountsAndNotTheChannels)
 {
     make({{"M1", 100, 1.0, {0.0}, "SENS"}, {"R1", 10, 1.0, {1.0}}},
