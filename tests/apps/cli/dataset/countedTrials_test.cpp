@@ -15,10 +15,10 @@ namespace megset::cli::countedTrials_test {
 namespace {
 
 // A dataset of one file, with no place for any trial.
-class CountedTrials : public testing::Test
+class TrialsThatAreCountedOnly : public testing::Test
 {
 protected:
-    CountedTrials()
+    TrialsThatAreCountedOnly()
     {
         datasetRecord::Parts parts;
         parts.trials.total = INT32_MAX;
@@ -30,7 +30,7 @@ protected:
     SampleDataset sample{1};
 };
 
-TEST_F(CountedTrials, HavePlacesForTheFilesAlone)
+TEST_F(TrialsThatAreCountedOnly, HavePlacesForTheFilesAlone)
 {
     ReadingNotes notes;
     const auto open = openDatasetToLook(path(), notes);
@@ -39,7 +39,7 @@ TEST_F(CountedTrials, HavePlacesForTheFilesAlone)
     EXPECT_NE(open->dataset.getCurrentTrialPt(), nullptr);
 }
 
-TEST_F(CountedTrials, AreNotListedBeforeTheFirstOneIsOpened)
+TEST_F(TrialsThatAreCountedOnly, AreNotListedBeforeTheFirstOneIsOpened)
 {
     const auto begin = std::chrono::steady_clock::now();
     const auto open = openDatasetToChange(path());
@@ -52,7 +52,7 @@ TEST_F(CountedTrials, AreNotListedBeforeTheFirstOneIsOpened)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }
 
-TEST_F(CountedTrials, AreToldByTheCheck)
+TEST_F(TrialsThatAreCountedOnly, AreToldByTheCheck)
 {
     const auto result = runMegset({"check", path()});
     EXPECT_EQ(result.exitCode, 1);
