@@ -22,8 +22,8 @@ fs::path trialPath(const fs::path& dataset, int trial)
     return dataset.parent_path() / (dataset.stem().string() + "_ImportTrial" + std::to_string(trial) + ".trl");
 }
 
-// Notes all files that come of a folder, so that none is left when the import fails, and none is written over unasked, or
-// before the import is done.
+// Notes all files that come of a folder, so that none is left when the import fails, and none is written over unasked,
+// or before the import is done.
 void announceFiles(const fs::path& dataset, int trials, bool force, CreatedFiles& created)
 {
     if (!fs::is_directory(dataset.parent_path()))
