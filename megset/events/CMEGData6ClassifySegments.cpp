@@ -63,7 +63,7 @@ int CMEGData6Classify::addTrialBadSegment(int trial, double beginMs, double endM
     int index = trialIndex(trial);
     if (index < 0)
         index = m_nCurrentTrial = 0;
-    const int opened = openTrial(std::min(index, m_nTotalTrial - 1));
+    const int opened = openTrial(std::min(index, std::max(m_nTotalTrial, 0) - 1));
     return opened ? addTrialBadSegment(beginMs, endMs) : opened;
 }
 

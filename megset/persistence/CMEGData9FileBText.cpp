@@ -101,7 +101,7 @@ struct CMEGData9FileB::TextExport
 // An index beyond the last trial is the last one. -1 where there is no trial.
 int CMEGData9FileB::exportedTrial(int trial) const
 {
-    return std::min(trialIndex(trial), m_nTotalTrial - 1);
+    return std::min(trialIndex(trial), std::max(m_nTotalTrial, 0) - 1);
 }
 
 int CMEGData9FileB::exportMEGData2TxtFile(int trial, int bOneFilePerChannel, int channel, int bSelect)

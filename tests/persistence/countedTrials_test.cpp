@@ -98,6 +98,18 @@ TEST_F(TrialsWithoutPlaces, HaveNoTriggerChannel)
     host.expectNoMessages();
 }
 
+TEST(TrialsCountedBelowZero, AreNone)
+{
+    ScriptedHost host;
+    CMEGDatazk data;
+    datasetRecord::Parts parts;
+    parts.trials.total = INT32_MIN;
+    datasetRecord::load(data, datasetRecord::record(datasetRecord::newest, parts));
+    ASSERT_EQ(data.m_nTotalTrial, INT32_MIN);
+    EXPECT_EQ(data.addTrialBadSegment(3, 0.0, 1.0), 0);
+    EXPECT_EQ(data.openTrial(-1), 0);
+}
+
 } // namespace
 
 } // namespace megset::countedTrials_test

@@ -5,9 +5,10 @@
 namespace megset {
 namespace {
 
+// A file may hold any number of points.
 std::int64_t limited(std::int64_t index, std::int64_t points)
 {
-    return std::clamp<std::int64_t>(index, 0, std::max<std::int64_t>(points - 1, 0));
+    return std::clamp<std::int64_t>(index, 0, std::max<std::int64_t>(points, 1) - 1);
 }
 
 } // namespace

@@ -27,6 +27,17 @@ TEST(SpctmAxes, WithoutPointsTheIndexIsZero)
     EXPECT_EQ(axes.getSpctmFreqHz(9), 2.0);
 }
 
+TEST(SpctmAxes, NegativeNumbersOfPointsAreLikeNone)
+{
+    SpctmAxes axes;
+    axes.m_nTimePt = INT64_MIN;
+    axes.m_nFreqPt = INT64_MIN;
+    axes.m_nDataBegin = 7;
+    axes.m_dFreqBegin = 2;
+    EXPECT_EQ(axes.getSpctmTimePt(9), 7);
+    EXPECT_EQ(axes.getSpctmFreqHz(9), 2.0);
+}
+
 TEST(SpctmAxes, FrequencyRisesLinearly)
 {
     SpctmAxes axes;
