@@ -36,7 +36,7 @@ void demand(bool holds)
 
 CString trialPath(int trial)
 {
-    return fromNative(benchFolder() / ("t" + std::to_string(trial) + ".trl"));
+    return fromNative(benchFolder() / ('t' + std::to_string(trial) + ".trl"));
 }
 
 std::filesystem::path plainPath(int trial)

@@ -121,7 +121,7 @@ std::filesystem::path datasetPath()
 
 std::filesystem::path trialPath(int trial)
 {
-    return benchFolder() / ("t" + std::to_string(trial) + ".trl");
+    return benchFolder() / ('t' + std::to_string(trial) + ".trl");
 }
 
 void makeFiles(const Size& size)

@@ -47,7 +47,7 @@ void writeZshOptions(const CommandEntry& command, std::ostream& out)
             out << " \\\n            '*:" << zshText(option.value) << ":_files'";
         for (const std::string& name : option.names)
             out << " \\\n            '" << name << '[' << zshText(option.description) << ']'
-                << (option.value.empty() ? "" : ":" + zshText(option.value) + ":_files") << '\'';
+                << (option.value.empty() ? "" : ':' + zshText(option.value) + ":_files") << '\'';
     }
     out << " ;;\n";
 }
