@@ -80,7 +80,7 @@ private:
         point.m_nMarkPtTrial = trial;
         if (!marker.addMarkPt(point, m_clock.resampleFactor))
             AfxThrowInvalidArgException();
-        ++marker.m_nMarkCount;
+        marker.countOccurrence();
     }
 
     // Its first occurrence stays in trial 0: it is meant so.

@@ -107,7 +107,7 @@ int CMarkerData::addClassifyTrial(int trial, int channel, std::int64_t begin, st
     point.m_dMarkPtEnd = static_cast<double>(end) / rate * 1000.0 - preTrigMs;
     if (!addMarkPt(point))
         return 0;
-    ++m_nMarkCount;
+    countOccurrence();
     return 1;
 }
 

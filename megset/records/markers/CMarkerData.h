@@ -60,6 +60,8 @@ public:
     /// Appends an occurrence from sample `begin` to `end`, and counts it. Its times are in ms from the trial's trigger,
     /// sample / rate * 1000 - preTrigMs. Gives 1, or 0 for a rate that isn't above 0 or without memory.
     int addClassifyTrial(int trial, int channel, std::int64_t begin, std::int64_t end, double rate, double preTrigMs);
+    /// Adds 1 to m_nMarkCount, which a file may have at its largest, where it stays.
+    void countOccurrence() { m_nMarkCount += m_nMarkCount < INT64_MAX ? 1 : 0; }
     /// Drops all occurrences and their backup, and counts none. Gives the number of occurrences there were.
     int cleanMarkedPts();
 

@@ -125,6 +125,15 @@ TEST(CMarkerData, ClassifyingATrialAppendsACountedOccurrenceWithTimesFromTheTrig
     EXPECT_EQ(marker.m_nMarkCount, 1);
 }
 
+TEST(CMarkerData, ACountAtItsLargestStaysThere)
+{
+    CMarkerDatazk marker;
+    marker.m_nMarkCount = INT64_MAX - 1;
+    EXPECT_EQ(marker.addClassifyTrial(0, 0, 1, 2, 100.0, 0.0), 1);
+    EXPECT_EQ(marker.addClassifyTrial(0, 0, 1, 2, 100.0, 0.0), 1);
+    EXPECT_EQ(marker.m_nMarkCount, INT64_MAX);
+}
+
 TEST(CMarkerData, ClassifyingATrialNeedsARateAndMemory)
 {
     CMarkerDatazk marker;
