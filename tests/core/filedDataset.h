@@ -30,6 +30,17 @@ inline std::vector<double> channelValues(int trial, int channel, std::int64_t sa
     return values;
 }
 
+/// Such samples of some trials, one channel after the other, as integers.
+inline std::vector<std::int32_t> blockOf(int trials, int channels, int samples)
+{
+    std::vector<std::int32_t> block;
+    for (int t = 0; t < trials; ++t)
+        for (int c = 0; c < channels; ++c)
+            for (int i = 0; i < samples; ++i)
+                block.push_back(static_cast<std::int32_t>(valueAt(t, c, i)));
+    return block;
+}
+
 /// A trial with such samples, named after its number.
 inline std::unique_ptr<CMDTrialzk> makeTrial(int number, int channels, std::int64_t samples)
 {
