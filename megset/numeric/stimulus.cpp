@@ -9,6 +9,7 @@
 #include "megset/numeric/fetchAhead.h"
 #include "megset/numeric/multiversion.h"
 #include "megset/numeric/statisticsLoops.h"
+#include "megset/numeric/stimulusLoops.h"
 #include "megset/platform/memory.h"
 
 namespace megset::numeric {
@@ -18,7 +19,7 @@ namespace {
 constexpr std::size_t stimulusBlock = StimulusBlocks::samples;
 constexpr std::size_t stimulusGroup = 64;
 
-// All of these loops go without vectors of 512 bits, which take a port away from their dependent scalar additions.
+// These loops go without vectors of 512 bits, which take a port away from their dependent scalar additions.
 
 // Whether a group holds nothing but +0.0.
 inline __attribute__((always_inline)) bool isZeroGroup(const double* x) noexcept
@@ -29,16 +30,34 @@ inline __attribute__((always_inline)) bool isZeroGroup(const double* x) noexcept
     return bits == 0;
 }
 
-MEGSET_MULTIVERSION_256 bool stimulusIsZero(const double* x, std::size_t n) noexcept
+// How many samples, from the first on, are nothing but +0.0: in whole groups, or all.
+MEGSET_MULTIVERSION_256 std::size_t leadingZeros(const double* x, std::size_t n) noexcept
 {
     std::size_t i = 0;
     for (; i + stimulusGroup <= n; i += stimulusGroup)
         if (!isZeroGroup(x + i))
-            return false;
-    for (; i < n; ++i)
-        if (std::bit_cast<std::uint64_t>(x[i]) != 0)
-            return false;
-    return true;
+            return i;
+    for (std::size_t k = i; k < n; ++k)
+        if (std::bit_cast<std::uint64_t>(x[k]) != 0)
+            return i;
+    return n;
+}
+
+// The same from the last one on, for samples of which some are not.
+MEGSET_MULTIVERSION_256 std::size_t trailingZeros(const double* x, std::size_t n) noexcept
+{
+    std::size_t left = n;
+    while (left >= stimulusGroup && isZeroGroup(x + left - stimulusGroup))
+        left -= stimulusGroup;
+    return n - left;
+}
+
+// The samples but for +0.0 before and behind; none when they are nothing else.
+template <class Value>
+std::span<Value> withoutZeros(std::span<Value> x) noexcept
+{
+    x = x.subspan(leadingZeros(x.data(), x.size()));
+    return x.first(x.size() - trailingZeros(x.data(), x.size()));
 }
 
 MEGSET_MULTIVERSION_256 double stimulusSum(const double* x, std::size_t n, double sum) noexcept
@@ -54,24 +73,6 @@ MEGSET_MULTIVERSION_256 double stimulusSum(const double* x, std::size_t n, doubl
     }
     for (; i < n; ++i)
         sum += x[i];
-    return sum;
-}
-
-// The divisions stand alone, so that only the additions wait for each other.
-MEGSET_MULTIVERSION_256 double stimulusMeanAbsolute(const double* x, std::size_t n, double divisor, double sum) noexcept
-{
-    std::array<double, stimulusGroup> parts;
-    std::size_t i = 0;
-    for (; i + stimulusGroup <= n; i += stimulusGroup) {
-        if (isZeroGroup(x + i))
-            continue;
-        for (std::size_t k = 0; k < stimulusGroup; ++k)
-            parts[k] = std::fabs(x[i + k]) / divisor;
-        for (std::size_t k = 0; k < stimulusGroup; ++k)
-            sum += parts[k];
-    }
-    for (; i < n; ++i)
-        sum += std::fabs(x[i]) / divisor;
     return sum;
 }
 
@@ -105,33 +106,6 @@ MEGSET_MULTIVERSION_256 void stimulusAbsoluteRange(const double* x, std::size_t 
     }
     min = least[0];
     max = most[0];
-}
-
-inline __attribute__((always_inline)) double aboveLevel(double x, double level) noexcept
-{
-    const double above = std::fabs(x) - level;
-    return above < 0.0 ? 0.0 : above;
-}
-
-// Conditions the samples and adds them to the sum, which is not -0.0, and nor is any result.
-MEGSET_MULTIVERSION_256 double stimulusAbove(double* x, std::size_t n, double level, double sum) noexcept
-{
-    const bool zeroStays = level >= 0.0;
-    std::size_t i = 0;
-    for (; i + stimulusGroup <= n; i += stimulusGroup) {
-        if (zeroStays && isZeroGroup(x + i))
-            continue; // and need not be written
-        fetchLinesAhead(x + i, stimulusGroup);
-        for (std::size_t k = 0; k < stimulusGroup; ++k)
-            x[i + k] = aboveLevel(x[i + k], level);
-        for (std::size_t k = 0; k < stimulusGroup; ++k)
-            sum += x[i + k];
-    }
-    for (; i < n; ++i) {
-        x[i] = aboveLevel(x[i], level);
-        sum += x[i];
-    }
-    return sum;
 }
 
 // The first index from `from` on whose sample passes; n when there is none.
@@ -195,22 +169,25 @@ std::size_t blockCount(std::size_t samples) noexcept
     return samples / stimulusBlock + (samples % stimulusBlock != 0 ? 1 : 0);
 }
 
-StimulusBlock zeroBlock() noexcept
+// What a block holds before the samples other than +0.0 are read.
+StimulusBlock blockBefore(Row samples, Row all) noexcept
 {
-    return {0.0, 0.0, true};
+    if (samples.size() == all.size())
+        return {};
+    return {0.0, 0.0, samples.empty()};
 }
 
 StimulusBlock describeAbsolute(Row x) noexcept
 {
-    if (stimulusIsZero(x.data(), x.size()))
-        return zeroBlock();
-    StimulusBlock block;
-    stimulusAbsoluteRange(x.data(), x.size(), block.min, block.max);
+    const Row some = withoutZeros(x);
+    StimulusBlock block = blockBefore(some, x);
+    if (!some.empty())
+        stimulusAbsoluteRange(some.data(), some.size(), block.min, block.max);
     return block;
 }
 
 // The block that becomes of one of absolute values: what the level does to them keeps their order.
-StimulusBlock aboveLevel(const StimulusBlock& block, double level) noexcept
+StimulusBlock blockAbove(const StimulusBlock& block, double level) noexcept
 {
     if (block.max < block.min)
         return {};
@@ -261,8 +238,8 @@ SampleRange rangeOf(Row x, StimulusBlocks& blocks) noexcept
     RangeSoFar range(x.front());
     for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
         const Row samples = blockOf(x, i);
-        StimulusBlock block = zeroBlock();
-        if (stimulusIsZero(samples.data(), samples.size())) {
+        StimulusBlock block{0.0, 0.0, leadingZeros(samples.data(), samples.size()) == samples.size()};
+        if (block.isZero) {
             range.sum += 0.0;
         } else {
             MinMax extremes{StimulusBlock().min, StimulusBlock().max};
@@ -310,16 +287,21 @@ double meanAbsolute(Row x, StimulusBlocks& blocks) noexcept
     blocks.clear();
     if (x.empty())
         return 0.0;
+    const StimulusLoops& loops = stimulusLoops(currentProcessorPath());
     const double count = static_cast<double>(x.size());
-    double mean = std::fabs(x.front()) / count;
+    GrowingSum mean(std::fabs(x.front()) / count);
     for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
-        const Row samples = blockOf(x, i);
-        const StimulusBlock block = describeAbsolute(samples);
-        if (!block.isZero)
-            mean = stimulusMeanAbsolute(samples.data(), samples.size(), count, mean);
+        const Row all = blockOf(x, i);
+        const Row samples = withoutZeros(all);
+        StimulusBlock block = blockBefore(samples, all);
+        if (!samples.empty()) {
+            MinMax range{block.min, block.max};
+            loops.addAbsolute(samples.data(), samples.size(), count, mean, range);
+            block = {range.min, range.max, false};
+        }
         blocks.set(i, block);
     }
-    return mean;
+    return mean.value();
 }
 
 double meanAbsolute(Row x) noexcept
@@ -332,18 +314,22 @@ SampleRange absoluteAbove(std::span<double> x, double level, StimulusBlocks& blo
 {
     if (x.empty())
         return {};
+    const StimulusLoops& loops = stimulusLoops(currentProcessorPath());
     const bool zeroStays = level >= 0.0;
     RangeSoFar range(aboveLevel(x.front(), level));
+    GrowingSum sum(range.sum);
     for (std::size_t i = 0; i < blockCount(x.size()); ++i) {
         const std::span<double> samples = blockOf(x, i);
         StimulusBlock block = i < blocks.described() ? blocks[i] : describeAbsolute(samples);
         if (!block.isZero || !zeroStays) {
-            range.sum = stimulusAbove(samples.data(), samples.size(), level, range.sum);
-            block = aboveLevel(block, level);
+            const std::span<double> changed = zeroStays ? withoutZeros(samples) : samples;
+            loops.addAbove(changed.data(), changed.size(), level, sum);
+            block = blockAbove(block, level);
         }
         range.take(block);
         blocks.set(i, block);
     }
+    range.sum = sum.value();
     return range.of(x);
 }
 
