@@ -23,8 +23,8 @@ class Row:
     missed: str = ""  # told beside a row that misses its target
 
 
-def scan(name, missed=""):
-    return Row("10 million samples, 80 MB", {"read": 80}, ("events_bench", f"check/{name}/manual_time"), missed)
+def scan(name):
+    return Row("10 million samples, 80 MB", {"read": 80}, ("events_bench", f"check/{name}/manual_time"))
 
 
 def statistic(channels, program, benchmark, missed=""):
