@@ -68,13 +68,20 @@ bool coversAll(const WeightedSum& sum, std::size_t end) noexcept
                                                    [end](const auto& reference) { return reference.size() >= end; });
 }
 
-/// Whether the sums can be done side by side: none of them reads what another writes.
-bool goTogether(std::span<const WeightedSum> sums, std::size_t end) noexcept
+/// Where the block ends for a sum: its target may end earlier.
+std::size_t endOf(const WeightedSum& sum, std::size_t blockEnd) noexcept
+{
+    return std::min(blockEnd, sum.target.size());
+}
+
+/// Whether the sums can be done side by side: all end at the same sample of the block, and none of them reads what
+/// another writes.
+bool goTogether(std::span<const WeightedSum> sums, std::size_t blockEnd) noexcept
 {
     const WeightedSum& first = sums.front();
     for (std::size_t a = 0; a < sums.size(); ++a) {
-        if (sums[a].subtracted != first.subtracted || !sameReferences(sums[a], first) || sums[a].target.size() < end ||
-            isOwnReference(first, sums[a].target.data()))
+        if (sums[a].subtracted != first.subtracted || !sameReferences(sums[a], first) ||
+            endOf(sums[a], blockEnd) != endOf(first, blockEnd) || isOwnReference(first, sums[a].target.data()))
             return false;
         for (std::size_t b = 0; b < a; ++b) {
             if (sums[b].target.data() == sums[a].target.data())
@@ -89,13 +96,13 @@ void sumBlock(std::span<const WeightedSum> sums, std::size_t begin, const Weight
     constexpr std::size_t several = WeightedSumsLoops::atOnce;
     const std::size_t blockEnd = begin + blockSamples;
     for (std::size_t j = 0; j < sums.size();) {
-        const std::size_t end = std::min(blockEnd, sums[j].target.size());
+        const std::size_t end = endOf(sums[j], blockEnd);
         std::size_t done = 1;
         if (end <= begin) {
             // this target has ended
         } else if (!coversAll(sums[j], end)) {
             plainSum(sums[j], begin, end);
-        } else if (j + several <= sums.size() && goTogether(sums.subspan(j, several), end)) {
+        } else if (j + several <= sums.size() && goTogether(sums.subspan(j, several), blockEnd)) {
             loops.several(&sums[j], begin, end);
             done = several;
         } else {

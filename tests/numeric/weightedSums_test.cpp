@@ -188,6 +188,19 @@ TEST(NumericWeightedSums, TakeSignalsOfAnyLengths)
     expectPlainBits(signals);
 }
 
+TEST(NumericWeightedSums, GoToTheEndOfEachOfSeveralTargetsOfDifferentLengths)
+{
+    const std::vector<std::vector<std::size_t>> sets = {
+        {7, 40, 40, 40}, {40, 7, 40, 40}, {1000, 1024, 2048, 2047, 1500}, {1030, 2000, 2000, 2000, 2000}};
+    for (const auto& targets : sets) {
+        Signals signals = randomSignals(5, 2048, 1);
+        for (const std::size_t n : targets)
+            signals.rows.push_back(randomSamples(n, static_cast<unsigned>(n)));
+        addSumsOfFive(signals, targets.size(), true);
+        expectPlainBits(signals);
+    }
+}
+
 TEST(NumericWeightedSums, ChangeNothingWithoutReferencesOrSums)
 {
     Signals signals = randomSignals(1, 40, 1);
