@@ -58,6 +58,9 @@ public:
     int reSampleData(bool average, std::int64_t factor, bool allTrials);
     /// 0 with the message above for a factor that reSampleData refuses.
     int checkResampleFactor(std::int64_t factor) const;
+    /// Working samples of a channel that is re-sampled: raw samples / factor + 1, as far as 64 bits hold that. A factor
+    /// below 1 counts as 1.
+    std::int64_t resampledCount(std::int64_t factor) const;
     /// Scales the triggers and the recording information, from what was recorded; other marks keep their samples. A
     /// trigger that lost occurrences gets them back ("The triggers have been modified and the re-sampling needs to
     /// restore original data!"). 1, also for a factor below 1, which changes nothing; 0 without memory for a trigger,

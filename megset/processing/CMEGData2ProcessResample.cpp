@@ -5,6 +5,7 @@
 #include "megset/platform/AfxMessageBox.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace megset {
 namespace {
@@ -34,13 +35,19 @@ int CMEGData2Process::checkResampleFactor(std::int64_t factor) const
     return 0;
 }
 
+std::int64_t CMEGData2Process::resampledCount(std::int64_t factor) const
+{
+    const std::int64_t runs = m_recordInfo.m_nRawTotalSample / std::max<std::int64_t>(factor, 1);
+    // One more than the record will tell: it is meant so.
+    return runs < std::numeric_limits<std::int64_t>::max() ? runs + 1 : runs;
+}
+
 int CMEGData2Process::reSampleData(bool average, std::int64_t factor, bool allTrials)
 {
     factor = std::max<std::int64_t>(factor, 1);
     if (!checkResampleFactor(factor))
         return 0;
-    // One sample more than the record will tell: it is meant so.
-    const std::int64_t n = m_recordInfo.m_nRawTotalSample / factor + 1;
+    const std::int64_t n = resampledCount(factor);
     const int first = allTrials ? 0 : m_nCurrentTrial;
     const int end = allTrials ? m_nTotalTrial : m_nCurrentTrial + 1;
     for (int i = first; i < end; ++i) {

@@ -93,7 +93,7 @@ int checkResampledCopy(const CMEGDatazk& source, std::int64_t factor)
     factor = std::max<std::int64_t>(factor, 1);
     if (!source.checkResampleFactor(factor))
         return 0;
-    const std::int64_t n = source.m_recordInfo.m_nRawTotalSample / factor + 1;
+    const std::int64_t n = source.resampledCount(factor);
     if (n > 1)
         return 1;
     AfxMessageBox(CString::formatted("Resampled data size (%I64d) is too small", n), MB_OK);

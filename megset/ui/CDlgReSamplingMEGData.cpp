@@ -102,8 +102,7 @@ int CDlgReSamplingMEGData::open()
 void CDlgReSamplingMEGData::showRates(std::int64_t factor, double newRate)
 {
     const CMEGRecordInfozkProzk& record = m_pDataset->m_recordInfo;
-    const std::int64_t total = record.m_nRawTotalSample;
-    m_strSize = CString::formatted("Size:%I64d->%I64d", total, total / divisorOf(factor) + 1);
+    m_strSize = CString::formatted("Size:%I64d->%I64d", record.m_nRawTotalSample, m_pDataset->resampledCount(factor));
     m_strSampleRate = CString::formatted("SR:%08f->%08f", record.m_dRawSampleRate, newRate);
 }
 

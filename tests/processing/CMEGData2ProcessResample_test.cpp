@@ -92,6 +92,19 @@ TEST(DatasetResampling, HugeFactorsAndEmptyRecordsAreRefused)
     EXPECT_EQ(host.messages()[2], "Re-sampling factor (1) cannot be larger than half of the sampling rate (-500)");
 }
 
+TEST(DatasetResampling, ACountOfRawSamplesThatNothingHoldsIsNoMemory)
+{
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    const ScriptedHost host;
+    RecordedDataset filed(1, 1, 10);
+    recordAs(filed.data, most);
+    EXPECT_EQ(filed.data.resampledCount(1), most);
+    EXPECT_EQ(filed.data.resampledCount(2), most / 2 + 1);
+    EXPECT_EQ(filed.data.reSampleData(false, 1, true), 0);
+    EXPECT_THAT(host.messages(), ElementsAre("Not enough memory!"));
+    EXPECT_EQ(filed.data.getMDTrial(0)->getChannel(0)->getBkDataSample(), 10);
+}
+
 TEST(DatasetResampling, TheLastAverageOverTheEndCountsTheLastSampleAgain)
 {
     RecordedDataset filed(1, 1, 1000);
