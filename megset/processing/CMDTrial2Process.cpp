@@ -49,6 +49,14 @@ namespace {
 
 constexpr int eegMeasureAverageType = 360;
 
+bool hasEegMeasureChannel(const SlotArray<CMDChannelzk>& channels)
+{
+    for (std::int64_t i = 0; i < channels.size(); ++i)
+        if (channels[i] != nullptr && channels[i]->isEEGMeasureChannel())
+            return true;
+    return false;
+}
+
 std::span<const double> spanOf(const double* data, std::int64_t count)
 {
     return data != nullptr && count > 0 ? std::span(data, static_cast<std::size_t>(count)) : std::span<const double>();
@@ -70,22 +78,24 @@ int CMDTrial2Process::checkInitEegMeaAvrg(int create)
     for (int i = 0; i < total; ++i)
         if (m_ppChannel[i] != nullptr && m_ppChannel[i]->m_nChannelType == eegMeasureAverageType)
             return 1;
-    if (!create)
+    if (!create || !hasEegMeasureChannel(m_ppChannel))
         return 0;
-    std::unique_ptr<CMDChannelzk> channel = makeEegMeasureAverage();
-    if (channel == nullptr)
-        return 0;
-    if (!m_ppChannel.resize(total + 1)) {
+    SlotArray<CMDChannelzk> longer;
+    if (!longer.allocate(total + 1)) {
         AfxMessageBox("Not enough memory!", MB_OK);
         return 0;
     }
-    m_ppChannel.set(total, std::move(channel));
+    if (longer.set(total, makeEegMeasureAverage()) == nullptr)
+        return 0;
+    for (int i = 0; i < total; ++i)
+        longer.set(i, m_ppChannel.release(i));
+    m_ppChannel = std::move(longer);
     m_nTotalChannel = total + 1;
     return 1;
 }
 
-// The mean of all EEG measure channels as a channel of its own; null without them, without samples of the first channel
-// or without memory.
+// The mean of all EEG measure channels as a channel of its own; null without samples of the first channel or without
+// memory.
 std::unique_ptr<CMDChannelzk> CMDTrial2Process::makeEegMeasureAverage() const
 {
     std::vector<numeric::WeightedSignal> waves;
@@ -98,7 +108,7 @@ std::unique_ptr<CMDChannelzk> CMDTrial2Process::makeEegMeasureAverage() const
         backups.push_back({spanOf(channel->getBkData(), channel->getBkDataSample()), 1.0});
     }
     const CMDChannelzk* first = m_ppChannel[0];
-    if (waves.empty() || first == nullptr || first->getTotalSample() < 1 || first->getBkDataSample() < 1)
+    if (first == nullptr || first->getTotalSample() < 1 || first->getBkDataSample() < 1)
         return nullptr;
     auto made = tryNew<CMDChannelzk>();
     if (made == nullptr)

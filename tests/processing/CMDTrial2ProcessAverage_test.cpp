@@ -121,9 +121,20 @@ TEST_F(EegMeasureAverage, WithoutMemoryTheTrialIsUnchanged)
         for (const CString& text : host.messages())
             messages.push_back(text);
     });
-    EXPECT_EQ(failures, 4); // channel, two arrays, places
+    EXPECT_EQ(failures, 4); // places, channel, two arrays
     EXPECT_THAT(messages, ElementsAre(CString("Not enough memory!")));
     EXPECT_EQ(wave(*trial.getChannel(2)), Samples{2.0});
+}
+
+TEST_F(EegMeasureAverage, WithNoMemoryAtAllSaysSo)
+{
+    make({{1.0}, {3.0}}, {302, 302});
+    {
+        const FailingAllocator none(1, FailingAllocator::Failing::FromThenOn);
+        EXPECT_EQ(trial.checkInitEegMeaAvrg(1), 0);
+    }
+    EXPECT_THAT(host.messages(), ElementsAre(CString("Not enough memory!")));
+    EXPECT_EQ(trial.getTotalChannel(), 2);
 }
 
 TEST_F(EegMeasureAverage, IsThatOfAPlainLoopToTheBit)
