@@ -1,5 +1,6 @@
 #pragma once
-// Everything public: the three chains, the records, the catalogues and the platform they stand on.
+// Everything public: the three chains, the spectra, the records, the catalogues, the dialogs and the platform they
+// stand on.
 
 #include "megset/core/CArrayMEDataSet.h"
 #include "megset/core/CMDChannelzk.h"
@@ -23,6 +24,14 @@
 #include "megset/platform/paths.h"
 #include "megset/platform/version.h"
 #include "megset/records/records.h"
+#include "megset/spectral/CSpctmChnlzk.h"
+#include "megset/spectral/CSpctmTrialzk.h"
+#include "megset/spectral/CSumChnlSpctmDatazk.h"
+#include "megset/ui/CDlgChnlSelect.h"
+#include "megset/ui/CDlgReSamplingMEGData.h"
+#include "megset/ui/CDlgSeegProbeSetup.h"
+#include "megset/ui/CDlgSetupROIDewar.h"
+#include "megset/ui/CListSeegContactzk.h"
 
 /// The library: sessions of MEG and EEG as datasets of trials of channels.
 namespace megset {

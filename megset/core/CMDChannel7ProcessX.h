@@ -63,9 +63,9 @@ public:
     int stimTrigChnl_AbsDcBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
     int stimTrigChnl_AbsDcMBlocks(int subtract, int alsoBackup, numeric::StimulusBlocks& blocks);
 
-    // The channel's sensor; 0 without one.
+    // The channel's MEG sensor; 0 without one, and for a channel of no MEG type.
 
-    /// Distance of its coils in mm; 0.0 for a channel that is of no MEG type, too.
+    /// Distance of its coils in mm.
     double getCoilBaseLine() const;
     /// Whether it stands at gradient order 2 or above.
     int hasSyntheticGradiometer() const;
