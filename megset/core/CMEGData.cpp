@@ -178,11 +178,13 @@ int CMEGData::setCurrentChannel(int trial, int chan)
 template <class Set>
 int CMEGData::setInTrials(int trial, Set set)
 {
-    const int from = trial == -1 ? 0 : trial;
-    const int to = trial == -1 ? placedTrials() - 1 : trial;
+    if (trial != -1) {
+        CMDTrialzk* slot = getMDTrial(trial);
+        return slot != nullptr ? set(*slot) : 0;
+    }
     int done = 0;
-    for (int i = from; i <= to; ++i)
-        if (CMDTrialzk* slot = i >= 0 ? getMDTrial(i) : nullptr)
+    for (int i = 0; i < placedTrials(); ++i)
+        if (CMDTrialzk* slot = getMDTrial(i))
             done |= set(*slot);
     return done;
 }

@@ -7,6 +7,7 @@
 #include "tests/kit/ScriptedHost.h"
 
 #include <array>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -192,6 +193,14 @@ TEST_F(ReadDataset, NamesAChannelInOneTrialOrInAll)
     EXPECT_EQ(data.setChannelName("C", 0, -2, false), 0);
     EXPECT_EQ(data.setChannelName("C", 0, 2, false), 0);
     EXPECT_EQ(data.setChannelName("C", 3, -1, false), 0);
+}
+
+TEST_F(ReadDataset, SetsNothingInATrialOfTheLargestNumbers)
+{
+    for (const int trial : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        EXPECT_EQ(data.setChannelName("C", 0, trial, false), 0);
+        EXPECT_EQ(data.setChannelPos(trial, 0, 1.0, 2.0, 3.0), 0);
+    }
 }
 
 TEST_F(ReadDataset, NamesAChannelInTheTrialsThatAreInTheirPlaces)
