@@ -61,6 +61,15 @@ public:
     CMDTrialzk* getCurrentTrialPt() const { return getMDTrial(-1); }
     int getCurrentTrialIndx() const { return m_nCurrentTrial; }
     int getTotalTrial() const { return m_nTotalTrial; }
+    /// Trials from `first` to before `end`.
+    struct TrialWalk
+    {
+        int first = 0;
+        int end = 0;
+    };
+    /// The trials that an operation on all of them, or on the current one, goes over. Of all, those that have a place;
+    /// none where the current index is no trial's.
+    TrialWalk walkOver(bool allTrials) const;
     /// Through the trial's place; 0 when it is not in memory.
     int getTotalChannel(int trial) const;
     std::int64_t getTotalSample() const;

@@ -55,6 +55,14 @@ int CMEGData::installOpened(int index, std::unique_ptr<CMDTrialzk> opened)
     return current.getAllChannelPt() ? 1 : 0;
 }
 
+CMEGData::TrialWalk CMEGData::walkOver(bool allTrials) const
+{
+    if (allTrials)
+        return {0, placedTrials()};
+    const bool isTrial = m_nCurrentTrial >= 0 && m_nCurrentTrial < m_nTotalTrial;
+    return isTrial ? TrialWalk{m_nCurrentTrial, m_nCurrentTrial + 1} : TrialWalk{};
+}
+
 bool CMEGData::isUnlikeRecording(const CMDTrialzk& trial) const
 {
     const CMDChannelzk* first = trial.getChannel(0);

@@ -251,9 +251,8 @@ int CMEGData7Measure::getAllChnlDataRng4SelectPt(std::int64_t sample, double& mi
 
 int CMEGData7Measure::changeChannelOrderID(int from, int to, int insert, int allTrials)
 {
-    const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int end = allTrials ? m_nTotalTrial : m_nCurrentTrial + 1;
-    for (int i = first; i < end; ++i) {
+    const TrialWalk walk = walkOver(allTrials != 0);
+    for (int i = walk.first; i < walk.end; ++i) {
         CMDTrialzk* trial = getTrialzk(i);
         const int count = trial != nullptr ? trial->getTotalChannel() : 0;
         if (from < 0 || from >= count) {
@@ -269,7 +268,7 @@ int CMEGData7Measure::changeChannelOrderID(int from, int to, int insert, int all
         insert ? moveChannel(*trial, from, to) : swapChannels(*trial, from, to);
         trial->m_nCurrentChannel = to;
     }
-    return allTrials ? 1 : first >= 0;
+    return allTrials || walk.first < walk.end ? 1 : 0;
 }
 
 } // namespace megset

@@ -150,10 +150,9 @@ CEEGelectrodezk* electrodeOf(CMDChannelzk& channel)
 // The number of channels is compared on the first trial that has any, and the answer holds for the others.
 int CMEGData9FileC::spreadElectrodes(const ElectrodeEntries& entries, int count, bool allTrials)
 {
-    const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int last = allTrials ? placedTrials() - 1 : m_nCurrentTrial;
+    const TrialWalk walk = walkOver(allTrials);
     bool compared = false;
-    for (int k = first; k <= last; ++k) {
+    for (int k = walk.first; k < walk.end; ++k) {
         const CMDTrialzk* trial = trialWithChannels(k);
         if (trial == nullptr)
             continue;

@@ -95,9 +95,8 @@ int CMEGData2Process::segmentCut(int allTrials)
         return 0;
     const std::vector<SampleSpan> kept = unmarkedRanges(*marker, record.m_nRecTotalSample);
     const std::int64_t count = countBefore(kept, record.m_nRecTotalSample) + 1;
-    const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int end = allTrials ? m_nTotalTrial : m_nCurrentTrial + 1;
-    for (int i = first; i < end; ++i)
+    const TrialWalk walk = walkOver(allTrials != 0);
+    for (int i = walk.first; i < walk.end; ++i)
         if (const CMDTrialzk* trial = getTrialzk(i); trial != nullptr && !cut(*trial, kept, count))
             return 0;
     moveTriggers(m_mkTrig, removed.beforeTrigger);

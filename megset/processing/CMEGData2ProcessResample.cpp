@@ -48,9 +48,8 @@ int CMEGData2Process::reSampleData(bool average, std::int64_t factor, bool allTr
     if (!checkResampleFactor(factor))
         return 0;
     const std::int64_t n = resampledCount(factor);
-    const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int end = allTrials ? m_nTotalTrial : m_nCurrentTrial + 1;
-    for (int i = first; i < end; ++i) {
+    const TrialWalk walk = walkOver(allTrials);
+    for (int i = walk.first; i < walk.end; ++i) {
         CMDTrialzk* trial = getTrialzk(i);
         if (trial == nullptr || !trial->getAllChannelPt())
             continue;

@@ -58,9 +58,8 @@ int CMEGData2Process::segmentRemove(int allTrials, int mode)
     if (marker == nullptr)
         return 0;
     const std::vector<SampleSpan> ranges = markedRanges(*marker);
-    const int first = allTrials ? 0 : m_nCurrentTrial;
-    const int end = allTrials ? m_nTotalTrial : m_nCurrentTrial + 1;
-    for (int i = first; i < end; ++i)
+    const TrialWalk walk = walkOver(allTrials != 0);
+    for (int i = walk.first; i < walk.end; ++i)
         if (const CMDTrialzk* trial = getTrialzk(i))
             blank(*trial, ranges, mode != 0);
     m_nSegmentCutState = 1;

@@ -107,9 +107,8 @@ int copyResampled(CMEGDatazk& source, CMEGDatazk& made, const ResampledCopy& how
     {
         const Busy sourceBusy(source);
         const Busy madeBusy(made);
-        const int first = how.allTrials ? 0 : source.m_nCurrentTrial;
-        const int end = how.allTrials ? source.m_nTotalTrial : source.m_nCurrentTrial + 1;
-        for (int i = first; i < end; ++i) {
+        const CMEGData::TrialWalk walk = source.walkOver(how.allTrials);
+        for (int i = walk.first; i < walk.end; ++i) {
             CMDTrialzk* from = source.getTrialzk(i);
             if (from != nullptr && from->getTotalChannel() > 0 && !copyTrial(*from, source, made, how, factor))
                 return 0;

@@ -1,5 +1,8 @@
 // The order of channels.
 #include "tests/core/filedDataset.h"
+#include "tests/kit/ScriptedHost.h"
+
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -99,6 +102,30 @@ TEST(ChannelOrder, OfAllTrialsStopsWhereAShorterTrialHasNoPlace)
     EXPECT_THAT(order(filed.data, 0), ElementsAre(3, 1, 2, 0));
     EXPECT_THAT(order(filed.data, 1), ElementsAre(0, 1));
     EXPECT_THAT(order(filed.data, 2), ElementsAre(0, 1, 2, 3));
+}
+
+TEST(ChannelOrder, OfAllTrialsWalksOverTheirPlacesAlone)
+{
+    ScriptedHost host;
+    FiledDataset filed(1, 3, 2);
+    ASSERT_EQ(filed.data.openTrial(0), 1);
+    filed.data.m_nTotalTrial = 5;
+    EXPECT_EQ(filed.data.changeChannelOrderID(0, 2, 0, 1), 1);
+    EXPECT_THAT(order(filed.data, 0), ElementsAre(2, 1, 0));
+    host.expectNoMessages();
+}
+
+TEST(ChannelOrder, OfACurrentTrialThatIsNoneGivesNothing)
+{
+    ScriptedHost host;
+    FiledDataset filed(2, 3, 2);
+    for (const int current : {-5, -1, 2, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        filed.data.m_nCurrentTrial = current;
+        EXPECT_EQ(filed.data.changeChannelOrderID(0, 2, 0, 0), 0) << current;
+        EXPECT_EQ(filed.data.changeChannelOrderID(0, 0, 0, 0), 0) << current;
+    }
+    EXPECT_EQ(filed.trialsInMemory(), 0);
+    host.expectNoMessages();
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "tests/kit/FailingAllocator.h"
 
 #include <filesystem>
+#include <limits>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -214,6 +215,13 @@ TEST_F(ElectrodeFile, TrialsWithoutChannelsOrFilesArePassedOver)
 TEST_F(ElectrodeFile, IsNotComparedWithATrialInMemoryThatHasNoChannels)
 {
     data.getCurrentTrialPt()->_cleanTrialChannels();
+    EXPECT_EQ(loadElectrodes(fourEntries()), 1);
+    EXPECT_THAT(host.calls(), IsEmpty());
+}
+
+TEST_F(ElectrodeFile, WithoutACurrentTrialChangesNothing)
+{
+    data.m_nCurrentTrial = std::numeric_limits<int>::max();
     EXPECT_EQ(loadElectrodes(fourEntries()), 1);
     EXPECT_THAT(host.calls(), IsEmpty());
 }

@@ -4,6 +4,7 @@
 #include "tests/kit/FailingAllocator.h"
 #include "tests/kit/ScriptedHost.h"
 
+#include <limits>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -160,6 +161,26 @@ TEST(DatasetResampling, PassesOverTrialsThatCantBeOpenedOrHaveNoChannels)
     filed.writeTrial(2, empty);
     EXPECT_EQ(filed.data.reSampleData(false, 2, true), 1);
     EXPECT_EQ(filed.waveOf(0, 0), resampled(channelValues(0, 0, 20), false, 2, 11));
+}
+
+TEST(DatasetResampling, OfAllTrialsWalksOverTheirPlacesAlone)
+{
+    ScriptedHost host;
+    RecordedDataset filed(1, 1, 20);
+    ASSERT_EQ(filed.data.openTrial(0), 1);
+    filed.data.m_nTotalTrial = 5;
+    EXPECT_EQ(filed.data.reSampleData(false, 2, true), 1);
+    EXPECT_EQ(filed.waveOf(0, 0), resampled(channelValues(0, 0, 20), false, 2, 11));
+    host.expectNoMessages();
+}
+
+TEST(DatasetResampling, OfACurrentTrialThatIsNoneSetsTheParametersAlone)
+{
+    RecordedDataset filed(1, 1, 20);
+    filed.data.m_nCurrentTrial = std::numeric_limits<int>::max();
+    EXPECT_EQ(filed.data.reSampleData(false, 2, false), 1);
+    EXPECT_EQ(filed.data.m_recordInfo.m_nResampleFactor, 2);
+    EXPECT_EQ(filed.trialsInMemory(), 0);
 }
 
 TEST(DatasetResampling, WithoutTrialsSetsTheParametersAlone)

@@ -256,6 +256,18 @@ TEST(SegmentRemoval, PassesOverTrialsThatDontOpenEmptyPlacesAndChannelsWithoutSa
     EXPECT_THAT(filed.waveOf(2, 2), ElementsAre(20200, 20201, 0, 0, 20204));
 }
 
+TEST(SegmentRemoval, OfAllTrialsWalksOverTheirPlacesAlone)
+{
+    ScriptedHost host;
+    RecordedDataset filed(1, 1, 5);
+    ASSERT_EQ(filed.data.openTrial(0), 1);
+    filed.data.m_nTotalTrial = 5;
+    mark(filed.data, {{2, 3}});
+    EXPECT_EQ(filed.data.segmentRemove(1, 0), 1);
+    EXPECT_THAT(filed.waveOf(0, 0), ElementsAre(0, 1, 0, 0, 4));
+    host.expectNoMessages();
+}
+
 TEST(SegmentRemoval, BlanksAgainWhereverATrialIsPrepared)
 {
     RecordedDataset filed(1, 1, 5);
@@ -297,6 +309,18 @@ TEST(SegmentCut, CutsAllTrials)
     EXPECT_EQ(segmentCut(filed.data, 1), 1);
     EXPECT_THAT(filed.waveOf(0, 1), ElementsAre(100, 105, 0));
     EXPECT_THAT(filed.waveOf(1, 0), ElementsAre(10000, 10005, 0));
+}
+
+TEST(SegmentCut, OfAllTrialsWalksOverTheirPlacesAlone)
+{
+    ScriptedHost host;
+    RecordedDataset filed(1, 1, 6);
+    ASSERT_EQ(filed.data.openTrial(0), 1);
+    filed.data.m_nTotalTrial = 5;
+    mark(filed.data, {{1, 4}});
+    EXPECT_EQ(segmentCut(filed.data, 1), 1);
+    EXPECT_THAT(filed.waveOf(0, 0), ElementsAre(0, 5, 0));
+    host.expectNoMessages();
 }
 
 TEST(SegmentCut, OfResampledSamplesEndsWithAZeroInPlaceOfTheOneMore)

@@ -141,6 +141,18 @@ TEST(ResampledCopyMaking, OfTheCurrentTrialAlone)
     EXPECT_EQ(filed.data.m_nCurrentTrial, 1) << "which stays current";
 }
 
+TEST(ResampledCopyMaking, OfAllTrialsWalksOverTheirPlacesAlone)
+{
+    ScriptedHost host;
+    RecordedDataset filed(1, 1, 10);
+    ASSERT_EQ(filed.data.openTrial(0), 1);
+    filed.data.m_nTotalTrial = 5;
+    NewDataset made;
+    EXPECT_EQ(copyResampled(filed.data, made.data, {true, false, 2, 500.0}), 1);
+    EXPECT_EQ(made.data.getTotalTrial(), 1);
+    host.expectNoMessages();
+}
+
 TEST(ResampledCopyMaking, BringsTriggersWithTheirSampleNumbersAsTheyAre)
 {
     const ScriptedHost host;
