@@ -22,7 +22,8 @@ public:
 
     /// Makes the four flag arrays as long as the trial has channels, dropping arrays of another length. Where any is
     /// new, all say good 1, show 1, select 0, fourth flag 0 for every channel. 1; 0 for null, for a trial without
-    /// channels, and without memory, which leaves no arrays.
+    /// channels, and without memory, which leaves no arrays. Without arrays, as in a dataset that was just made, no
+    /// channel counts as good, shown or selected.
     int checkInitChnlParam(const CMDTrialzk* trial);
     int isGoodChnl4Alltrials(int channel) const { return isFlagSet(m_pChnlGood, channel); }
     int isShowChnl4Alltrials(int channel) const { return isFlagSet(m_pChnlShow, channel); }
