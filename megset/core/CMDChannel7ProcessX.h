@@ -37,10 +37,10 @@ public:
     // (and a factor above 1) their mean. A factor below 1 counts as 1.
 
     /// Makes n working samples from the raw ones, repeating the last raw sample where these end, and brings the current
-    /// sample inside. The working array is made anew only when its count changes. A run that is longer than the raw
-    /// samples ends after 1,048,576 samples. 1, also for a channel without raw samples, which is left as it is; 0
-    /// without memory, or for an n above 4096 times the raw samples ("Not enough memory!"), with no working samples
-    /// left.
+    /// sample inside. The working array is made anew only when its count changes, and then the current sample is 0. A
+    /// run that is longer than the raw samples ends after 1,048,576 samples. 1, also for a channel without raw samples,
+    /// which is left as it is; 0 without memory, or for an n above 4096 times the raw samples ("Not enough memory!"),
+    /// with no working samples left.
     int reSampleBkData(bool average, std::int64_t factor, std::int64_t n);
     /// Makes working and raw samples from those of another channel, count / factor + 1 of each. Where the count divides
     /// by the factor there is no run for the last of them, which is 0: it is meant so. 1; 0 for a source without

@@ -53,7 +53,8 @@ public:
 
     /// Picks every factor-th sample, or with `average` takes the mean of each `factor` samples, on all trials or on the
     /// current one, and then sets the parameters of the whole dataset. Every trial is opened; the last one stays
-    /// current. Trials that can't be opened are passed over. A factor below 1 counts as 1. 1; 0 for a factor of half
+    /// current. Trials that can't be opened are passed over. A factor below 1 counts as 1. Gradient orders and montages
+    /// are gone from the samples then, but the marks that tell of them stay. 1; 0 for a factor of half
     /// the samples or more ("Re-sampling factor (%I64d) cannot be larger than half of the sampling rate (%I64d)"), and
     /// without memory ("Not enough memory!"), with the trials before done and the parameters as they were.
     int reSampleData(bool average, std::int64_t factor, bool allTrials);
