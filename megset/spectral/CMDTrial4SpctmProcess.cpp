@@ -100,8 +100,8 @@ int CMDTrial4SpctmProcess::cutSpctmSelect(int iTimeBegin, int iTimeEnd, int iFre
 
 // ---- each frequency by a value over all channels and times
 
-// Divides each frequency of all channels by `divisorOf(spectra, frequency)`. Frequencies that no channel has are left
-// out, however many the trial's spectrum counts.
+// Divides each frequency of all channels by `divisorOf(spectra, frequency)`. Frequencies that no plane has are left
+// out, however many the trial's spectrum and channels without a plane count: a damaged file may bring any number.
 template <class DivisorOf>
 void CMDTrial4SpctmProcess::normalizeEachFreq(const CSpctmTrialzk& spectrum, int nClass, int nDataType,
                                               DivisorOf divisorOf)
@@ -110,7 +110,8 @@ void CMDTrial4SpctmProcess::normalizeEachFreq(const CSpctmTrialzk& spectrum, int
     std::int64_t nFreqs = 0;
     onAllChannels(nClass, [&](CSpctmChnlzk& channel) {
         spectra.push_back(&channel);
-        nFreqs = std::max(nFreqs, channel.m_nFreqPt);
+        if (!planeValues(channel, nDataType).empty())
+            nFreqs = std::max(nFreqs, channel.m_nFreqPt);
     });
     nFreqs = std::min(nFreqs, spectrum.m_nFreqPt);
     for (std::int64_t f = 0; f < nFreqs; ++f) {
@@ -225,7 +226,7 @@ int CMDTrial4SpctmProcess::normalizeFreq(int nLaw, double dFactor, bool bPower, 
     constexpr int rootLaw = 1;
     std::int64_t largest = 0;
     onAllChannels(nClass, [&](CSpctmChnlzk& channel) {
-        largest = std::max(largest, planeCount(channel.m_nTimePt, channel.m_nFreqPt));
+        largest = std::max<std::int64_t>(largest, std::ssize(planeValues(channel, nDataType)));
     });
     double frequency = spectrum->m_dFreqBegin; // of index 0 here, in power mode, too: it is meant so
     for (std::int64_t i = 0; i < std::min(spectrum->m_nFreqPt, largest); ++i) {

@@ -194,6 +194,19 @@ TEST_F(TrialGain, PassesOverChannelsWithoutThePlane)
     EXPECT_EQ(spectrum->m_nSpctmNormState, 2);
 }
 
+TEST_F(TrialGain, ComesToAnEndWhenAChannelWithoutThePlaneCountsAnyNumberOfFrequencies)
+{
+    CSpctmChnlzk& damaged = channel(1);
+    for (const std::int64_t nTimePt : {std::int64_t{1}, INT64_MAX}) {
+        damaged.m_nTimePt = nTimePt;
+        damaged.m_nFreqPt = INT64_MAX;
+        useShape(2, 2);
+        spectrum->m_nFreqPt = INT64_MAX;
+        EXPECT_EQ(trial.normalizeFreq(plainLaw, 2.0, false, active, R), 1);
+        EXPECT_THAT(values(), ElementsAre(2, 8, 2 * 14, 8 * 20));
+    }
+}
+
 TEST_F(TrialGain, OfAllClassesAndTypesSucceedsWhateverTheySay)
 {
     setPlane(channel(0), A, 2, 2, Values(4, 1.0));

@@ -221,6 +221,23 @@ TEST_F(TrialNormalization, ReachesTheFrequenciesThatClassAndChannelShare)
     EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTim_max(active, R), 1);
 }
 
+TEST_F(TrialNormalization, ComesToAnEndWhenAChannelWithoutAPlaneCountsAnyNumberOfFrequencies)
+{
+    fill22(0, {2, 4, 2, 4});
+    makeClass(2, INT64_MAX);
+    CSpctmChnlzk& damaged = channel(1);
+    for (const std::int64_t nTimePt : {std::int64_t{0}, std::int64_t{1}, INT64_MAX}) {
+        damaged.m_nTimePt = nTimePt;
+        damaged.m_nFreqPt = INT64_MAX;
+        EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTim_max(active, R), 1);
+        EXPECT_THAT(values(0), Each(1.0));
+    }
+    EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTimSc_rms(active), 1);
+    EXPECT_THAT(values(0), Each(::testing::DoubleEq(std::sqrt(2.0)))); // the channel without a plane counts
+    EXPECT_EQ(trial.normSpctmGlobEachFreqAllChnAllTim_mean(0.0, active, R), 1);
+    EXPECT_THAT(values(0), Each(::testing::DoubleEq(200.0)));
+}
+
 TEST_F(TrialNormalization, OfAllClassesTakesThoseThatTheTrialHas)
 {
     const auto fillAll = [&] {
