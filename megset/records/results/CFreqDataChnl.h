@@ -17,7 +17,7 @@ class CFreqDataChnl
 public:
     /// Gives the array of a data type and its length: 1, or 0 with null and 0 when there is none.
     int getFreqData(int nDataType, double** ppData, std::int64_t* pPoints);
-    /// Stores the values of a data type. 1, or 0 when they are none, or as many as another data type's.
+    /// Stores the values of a data type. 1, or 0 when they are none, or not as many as another data type's.
     int setFreqData(int nDataType, std::span<const double> values);
     /// Whether there are points, and an array of any data type.
     bool hasFreqData() const;
