@@ -2,6 +2,7 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/dataset/changeDataset.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/manual/numberChecks.h"
 
 #include <iostream>
 #include <memory>
@@ -44,9 +45,10 @@ fs::path arrayTarget(const ArrayArguments& arguments, CreatedFiles& created)
 void changeArray(const ArrayArguments& arguments)
 {
     CreatedFiles created;
+    const bool isNew = isNewArray(arguments);
     const fs::path target = arrayTarget(arguments, created);
-    const auto array = isNewArray(arguments) ? std::make_unique<DatasetArray>()
-                                             : std::make_unique<DatasetArray>(arguments.change.dataset);
+    const auto array =
+        isNew ? std::make_unique<DatasetArray>() : std::make_unique<DatasetArray>(arguments.change.dataset);
     for (const std::string& dataset : arguments.add)
         array->add(dataset);
     if (arguments.remove)
@@ -79,7 +81,7 @@ void addArray(CLI::App& program)
     actions->add_option("--add", arguments->add, "Datasets (.meg) to append; a FILE that isn't there is made");
     CLI::Option* const list = actions->add_flag("--list", arguments->list, "Tell the datasets");
     actions->add_option("--remove", arguments->remove, "Index of a dataset that goes, counted from 0")
-        ->check(CLI::NonNegativeNumber);
+        ->check(wholeNumber(0));
     actions->require_option(1);
     command->add_flag("--json", arguments->json, "Write the list as a JSON object")->needs(list);
     command->footer("Example:\n  megset array sessions.megarray --add morning.meg evening.meg");

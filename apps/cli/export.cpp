@@ -1,6 +1,7 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/dataset/channelSelection.h"
 #include "apps/cli/export/exportSamples.h"
+#include "apps/cli/manual/numberChecks.h"
 
 #include <iostream>
 #include <memory>
@@ -24,8 +25,9 @@ void exportDataset(const ExportArguments& arguments)
     const bool asNpy = !arguments.npy.empty();
     const ExportedShape shape = asNpy ? exportNpy(*open, arguments.options, arguments.npy)
                                       : exportText(*open, arguments.options, arguments.text);
-    std::cout << (asNpy ? arguments.npy : arguments.text) << ": " << shape.channels << " channels x " << shape.samples
-              << " samples\n";
+    std::cout << (asNpy ? arguments.npy : arguments.text) << ": " << shape.channels
+              << (shape.channels == 1 ? " channel x " : " channels x ") << shape.samples
+              << (shape.samples == 1 ? " sample\n" : " samples\n");
 }
 
 } // namespace
@@ -40,7 +42,8 @@ void addExport(CLI::App& program)
     target->add_option("--txt", arguments->text, "Text file of a line for each sample, separated by tabs");
     target->require_option(1);
     ExportOptions& options = arguments->options;
-    command->add_option("--trial", options.trial, "One trial, counted from 0 (default: all, end to end)");
+    command->add_option("--trial", options.trial, "One trial, counted from 0 (default: all, end to end)")
+        ->check(wholeNumber(0));
     CLI::Option* const channels =
         command->add_option("--channels", options.channels, "Names of channels, separated by commas")->delimiter(',');
     command->add_option("--kind", options.kind, "All channels of a kind (default: all)")

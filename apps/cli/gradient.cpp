@@ -17,9 +17,12 @@ struct GradientArguments
 void reduceAndTell(const GradientArguments& arguments)
 {
     const GradientResult result = reduceNoise(arguments.change, arguments.request);
-    std::cout << "order " << arguments.request.order << ": " << result.reduced << " channels";
+    std::cout << "order " << arguments.request.order << ": " << result.reduced
+              << (result.reduced == 1 ? " channel" : " channels");
     if (result.unreduced > 0)
-        std::cout << "; " << result.unreduced << " MEG channels have no coefficients for it and are at order 0";
+        std::cout << "; " << result.unreduced
+                  << (result.unreduced == 1 ? " MEG channel has no coefficients for it and is at order 0"
+                                            : " MEG channels have no coefficients for it and are at order 0");
     std::cout << '\n';
 }
 

@@ -1,6 +1,7 @@
 #include "apps/cli/inspect/inspect.h"
 #include "apps/cli/commands.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/manual/numberChecks.h"
 
 #include <iostream>
 #include <memory>
@@ -36,11 +37,11 @@ void addInspect(CLI::App& program)
         ->required();
     command->add_flag("--json", arguments->options.json, "Write the tree as a JSON object");
     command->add_option("--depth", arguments->options.limits.depth, "Levels shown below the record (default: all)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(wholeNumber(0));
     command
         ->add_option("--max-list", arguments->options.limits.list,
                      "Entries of a list that are shown; 0 for all (default: 16)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(wholeNumber(0));
     command->footer("Example:\n  megset inspect run_ImportTrial0.trl --depth 1");
     command->callback([arguments] { inspect(*arguments); });
 }

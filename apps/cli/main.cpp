@@ -2,6 +2,8 @@
 #include "apps/cli/dataset/nearestNames.h"
 #include "apps/cli/dataset/shownLine.h"
 #include "apps/cli/manual/HelpFormatter.h"
+#include "apps/cli/manual/usageFault.h"
+#include "megset/platform/stopRequest.h"
 
 #include <algorithm>
 #include <exception>
@@ -16,15 +18,6 @@ enum ExitCode
     Failed = 1,
     WrongUsage = 2
 };
-
-// What was wrong, and where to read on: with the command, where one was named.
-std::string failureMessage(const CLI::App* program, const CLI::Error& error)
-{
-    std::string name = program->get_name();
-    for (const CLI::App* command : program->get_subcommands())
-        name += ' ' + command->get_name();
-    return name + ": " + megset::cli::shownLine(error.what()) + "\n" + name + " --help tells the options.\n";
-}
 
 using AddCommand = void (*)(CLI::App&);
 
@@ -45,7 +38,7 @@ void addCommands(CLI::App& program)
     program.formatter(std::make_shared<HelpFormatter>());
     program.footer("megset COMMAND --help tells the options of a command, megset man those of all.\n"
                    "megset demo goes through a session on a simulated recording.");
-    program.failure_message(failureMessage);
+    program.failure_message(megset::cli::usageFault);
     addVersion(program);
     addGroup(program, "To get a dataset", {&addImport, &addPhantom, &addDemo});
     addGroup(program, "To look at it", {&addInfo, &addCheck, &addInspect, &addLayout});
@@ -89,6 +82,16 @@ int runCommand(CLI::App& program, int argc, char** argv)
     return Done;
 }
 
+// A command that was stopped has cleared up by now; whoever called the program sees what stopped it.
+int failed(const char* fault)
+{
+    const int signal = megset::stopSignal();
+    std::cerr << "megset: " << (signal != 0 ? "stopped" : fault) << '\n';
+    if (signal != 0)
+        megset::endBySignal(signal);
+    return Failed;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -103,7 +106,6 @@ int main(int argc, char** argv)
         }
         return exitCode;
     } catch (const std::exception& fault) {
-        std::cerr << "megset: " << fault.what() << '\n';
-        return Failed;
+        return failed(fault.what());
     }
 }

@@ -1,5 +1,6 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/dataset/channelSelection.h"
+#include "apps/cli/manual/numberChecks.h"
 #include "apps/cli/measure/measureChannels.h"
 
 #include <iostream>
@@ -43,7 +44,7 @@ void addMeasure(CLI::App& program)
         ->capture_default_str()
         ->excludes(channels);
     command->add_option("--trial", options.trial, "A trial, counted from 0 (default: the current one)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(wholeNumber(0));
     CLI::Option* const samples =
         command->add_option("--samples", options.samples, "Samples A:B, both included (default: all)");
     command->add_option("--ms", options.ms, "Times A:B in ms from the trigger")->excludes(samples);

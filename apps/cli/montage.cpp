@@ -2,8 +2,10 @@
 #include "apps/cli/commands.h"
 #include "apps/cli/dataset/changeDataset.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/manual/numberChecks.h"
 #include "apps/cli/process/forEachTrial.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -35,6 +37,8 @@ auto inFile(const std::string& path, Operation operation)
 
 std::vector<MontageLine> readMontageFile(const std::string& path)
 {
+    if (std::filesystem::is_directory(path))
+        throw std::runtime_error(shownPath(path) + ": is a folder, not a montage file");
     std::ifstream file(path);
     if (!file)
         throw std::runtime_error(shownPath(path) + ": can't be read");
@@ -64,7 +68,7 @@ void applyMontage(const MontageArguments& arguments)
                                      : inFile(arguments.bipolar, [&] { return applyMontageLines(trial, lines); });
         });
     });
-    std::cout << channels << " channels re-referenced\n";
+    std::cout << channels << (channels == 1 ? " channel" : " channels") << " re-referenced\n";
 }
 
 } // namespace
@@ -77,14 +81,15 @@ void addMontage(CLI::App& program)
     CLI::Option_group* const kinds = command->add_option_group("montage");
     CLI::Option* const reference =
         kinds->add_option("--reference", arguments->reference.references, "One reference for all: NAME[=WEIGHT],...")
-            ->delimiter(',');
+            ->delimiter(',')
+            ->allow_extra_args(false);
     kinds->add_flag("--average", arguments->average, "The mean of all EEG measure channels as the reference");
     kinds->add_option("--bipolar", arguments->bipolar,
                       "File of lines \"TARGET = REF\" or \"TARGET = W1*REF1 + W2*REF2 / D\"");
     kinds->add_flag("--show", arguments->show, "Tell gradient orders, re-sampling and montage of the current trial");
     kinds->require_option(1);
     command->add_option("--divisor", arguments->reference.divisor, "What the sum of the references is divided by")
-        ->check(CLI::PositiveNumber)
+        ->check(numberAboveZero())
         ->needs(reference);
     command
         ->add_option("--channels", arguments->reference.channels,

@@ -1,5 +1,6 @@
 #include "apps/phantom/phantom.h"
 #include "apps/cli/commands.h"
+#include "apps/cli/manual/numberChecks.h"
 #include "apps/phantom/acquisition.h"
 
 #include <iostream>
@@ -23,12 +24,13 @@ void writePhantom(const PhantomArguments& arguments)
         const phantom::PhantomReport report = arguments.acquisition
                                                   ? phantom::writeAcquisition(arguments.target, arguments.options)
                                                   : phantom::writePhantom(arguments.target, arguments.options);
-        std::cout << arguments.target << ": " << report.plan.trials << " trials, " << report.channels << " channels, "
+        std::cout << arguments.target << ": " << report.plan.trials
+                  << (report.plan.trials == 1 ? " trial, " : " trials, ") << report.channels << " channels, "
                   << report.plan.samples << " samples at " << arguments.options.rate << " Hz, "
-                  << report.plan.stimuli.size() << " stimuli\n";
+                  << report.plan.stimuli.size() << (report.plan.stimuli.size() == 1 ? " stimulus\n" : " stimuli\n");
     } catch (const std::invalid_argument& fault) {
         // What was asked for can't be: wrong usage.
-        throw CLI::ValidationError("phantom", fault.what());
+        throw CLI::ValidationError(fault.what(), CLI::ExitCodes::ValidationError);
     }
 }
 
@@ -47,12 +49,16 @@ void addPhantom(CLI::App& program)
         ->required();
     command->add_flag("--acquisition", arguments->acquisition,
                       "Write an acquisition: a dataset .mega, and a .trla for each trial beside it");
-    command->add_option("--trials", options.trials, "Number of trials")->capture_default_str();
-    command->add_option("--seconds", options.seconds, "Length of a trial")->capture_default_str();
-    command->add_option("--rate", options.rate, "Samples a second")->capture_default_str();
-    command->add_option("--channels", options.channels, "Number of gradiometers, up to 275")->capture_default_str();
+    command->add_option("--trials", options.trials, "Number of trials")->check(wholeNumber())->capture_default_str();
+    command->add_option("--seconds", options.seconds, "Length of a trial")
+        ->check(finiteNumber())
+        ->capture_default_str();
+    command->add_option("--rate", options.rate, "Samples a second")->check(finiteNumber())->capture_default_str();
+    command->add_option("--channels", options.channels, "Number of gradiometers, up to 275")
+        ->check(wholeNumber())
+        ->capture_default_str();
     command->add_option("--seed", options.seed, "Another number makes another recording")
-        ->check(CLI::NonNegativeNumber)
+        ->check(wholeNumber(0))
         ->capture_default_str();
     command->footer("Example:\n  megset phantom test.ds --trials 20 --seed 2");
     command->callback([arguments] { writePhantom(*arguments); });

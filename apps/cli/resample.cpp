@@ -1,6 +1,7 @@
 #include "apps/cli/process/resample.h"
 #include "apps/cli/commands.h"
 #include "apps/cli/dataset/changeDataset.h"
+#include "apps/cli/manual/numberChecks.h"
 
 #include <iostream>
 #include <memory>
@@ -41,7 +42,9 @@ void addResample(CLI::App& program)
     auto arguments = std::make_shared<ResampleArguments>();
     CLI::App* const command = program.add_subcommand("resample", "Lower the sampling rate by a whole factor");
     addChangeOptions(*command, arguments->change);
-    command->add_option("--factor", arguments->request.factor, "Keep one sample of so many; 1 undoes it")->required();
+    command->add_option("--factor", arguments->request.factor, "Keep one sample of so many; 1 undoes it")
+        ->check(wholeNumber())
+        ->required();
     command->add_flag("--average", arguments->request.average, "The mean of the samples, not the first of them");
     command
         ->add_option("--new", arguments->made,

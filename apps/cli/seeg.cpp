@@ -2,6 +2,7 @@
 #include "apps/cli/dataset/changeDataset.h"
 #include "apps/cli/dataset/chosenTrials.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/manual/numberChecks.h"
 #include "apps/cli/seeg/changeProbes.h"
 #include "apps/cli/seeg/probeList.h"
 
@@ -126,7 +127,7 @@ void addProbeOptions(CLI::App& command, SeegArguments& arguments, CLI::Option* a
         ->check(CLI::Range(1, int{CSeegProbe::maxContacts}))
         ->needs(type);
     command.add_option("--distance", arguments.distance, "From contact to contact of the type user, mm (default: 3.5)")
-        ->check(CLI::PositiveNumber)
+        ->check(numberAboveZero())
         ->needs(type);
 }
 
@@ -147,7 +148,8 @@ void addSeeg(CLI::App& program)
     actions
         ->add_option("--assign", arguments->assignments,
                      "PROBE:CONTACT=CHANNEL,...: the channels that record contacts, numbered from 1 at the tip")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false);
     actions->add_option("--remove", arguments->remove, "Name of a probe that goes");
     actions->add_option("--save", arguments->save, "Write the probes of the current trial to a new file (.seeg)");
     actions->add_option("--open", arguments->open, "Take the probes of a file (.seeg) for those that are there");

@@ -3,6 +3,7 @@
 #include "apps/cli/dataset/channelSelection.h"
 #include "apps/cli/export/NpyWriter.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "apps/cli/manual/numberChecks.h"
 #include "apps/cli/process/forEachTrial.h"
 #include "apps/cli/spectrum/changeSpectra.h"
 #include "apps/cli/spectrum/computeSpectra.h"
@@ -44,7 +45,8 @@ void compute(const SpectrumArguments& arguments)
         const double rate = open.dataset.getMEGRecordInfozk()->m_dRecSampleRate;
         forEachTrial(open, "Spectra", [&](CMDTrialzk& trial) { channels = computeSpectra(trial, rate, request); });
     });
-    std::cout << channels << " channels, " << request.axis.hz.size() << " frequencies from " << request.axis.hz.front()
+    std::cout << channels << (channels == 1 ? " channel, " : " channels, ") << request.axis.hz.size()
+              << (request.axis.hz.size() == 1 ? " frequency from " : " frequencies from ") << request.axis.hz.front()
               << " to " << request.axis.hz.back() << " Hz\n";
 }
 
@@ -117,13 +119,13 @@ void addComputing(CLI::App& command, CLI::Option_group& what, SpectrumArguments&
     what.add_option("--octaves", arguments.octaves, "Compute from A to B Hz, N frequencies an octave: A:B:N");
     const std::vector<CLI::Option*> options = {
         command.add_option("--cycles", request.cycles, "Length of the wavelets, 3 to 10")
-            ->check(CLI::Range(3.0, 10.0))
+            ->check(numberWithin(3.0, 10.0))
             ->capture_default_str(),
         command.add_option("--channels", request.channels, "Names of channels (default: by kind)")->delimiter(','),
         command.add_option("--samples", request.samples, "Samples A:B, both included (default: all)"),
         command.add_option("--step", request.step, "Samples from one time point to the next (default: 20 ms)")
-            ->check(CLI::PositiveNumber),
-        command.add_option("--edge", request.edge, "Samples left out at each end")->check(CLI::NonNegativeNumber),
+            ->check(wholeNumber(1)),
+        command.add_option("--edge", request.edge, "Samples left out at each end")->check(wholeNumber(0)),
         command.add_flag("--accumulate", request.accumulate, "Add to the spectra that are there")};
     for (CLI::Option* option : options)
         option->group("To compute");
@@ -140,7 +142,7 @@ void addShowing(CLI::App& command, CLI::Option_group& what, SpectrumArguments& a
             ->check(CLI::IsMember({"mean", "min", "max", "positive", "negative", "rms"}))
             ->excludes(channel),
         command.add_option("--trial", shown.trial, "A trial, counted from 0 (default: the current one)")
-            ->check(CLI::NonNegativeNumber),
+            ->check(wholeNumber(0)),
         command.add_flag("--json", arguments.json, "Write a JSON object"),
         command.add_option("--npy", arguments.npy, "NumPy file of times x frequencies"),
         command.add_option("--svg", arguments.svg, "Picture")};
@@ -155,7 +157,7 @@ void addEditing(CLI::Option_group& what, SpectrumArguments& arguments)
     what.add_flag("--log", change.logarithm, "Take the natural logarithm");
     what.add_option("--normalize", change.law, "Divide each frequency by a value over all channels and times")
         ->check(CLI::IsMember({"rms", "max", "mean"}));
-    what.add_option("--scale", change.scale, "Multiply all data types");
+    what.add_option("--scale", change.scale, "Multiply all data types")->check(finiteNumber());
     what.add_option("--cut", change.cut, "Set values outside LOW:HIGH to 0");
     what.add_flag("--reload", change.reload, "Bring imaginary part, magnitude and phase back as computed");
 }

@@ -1,5 +1,6 @@
 #include "apps/phantom/SampleWriter.h"
 #include "apps/readers/ctf/format.h"
+#include "megset/platform/stopRequest.h"
 
 #include <fstream>
 #include <stdexcept>
@@ -75,6 +76,7 @@ int SampleWriter::writeTrials(const PhantomPlan& plan)
     std::filesystem::path path;
     std::ofstream file;
     for (int trial = 0; trial < plan.trials; ++trial) {
+        endWhenAsked();
         if (trial % perFile == 0) {
             path = m_stem;
             path += files == 0 ? ".meg4" : "." + std::to_string(files) + "_meg4";

@@ -10,6 +10,7 @@
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CFile.h"
 #include "megset/platform/paths.h"
+#include "megset/platform/stopRequest.h"
 
 #include <algorithm>
 #include <fstream>
@@ -51,6 +52,7 @@ public:
     void complete() { m_paths.clear(); }
 
 private:
+    StopSignals m_signals; // so that they go when the program is asked to end
     std::vector<fs::path> m_paths;
 };
 

@@ -3,6 +3,7 @@
 #include "apps/phantom/Sources.h"
 #include "apps/phantom/coefficients.h"
 #include "apps/phantom/ctfFiles.h"
+#include "megset/platform/stopRequest.h"
 
 #include <fstream>
 #include <stdexcept>
@@ -53,6 +54,7 @@ private:
             throw std::runtime_error(m_folder.string() + " exists already");
     }
 
+    StopSignals m_signals; // so that it goes when the program is asked to end
     fs::path m_folder;
     fs::path m_building;
     bool m_complete = false;

@@ -4,6 +4,7 @@
 #include "megset/persistence/exchangeSlot.h"
 #include "megset/platform/AfxMessageBox.h"
 #include "megset/platform/CFileDialog.h"
+#include "megset/platform/CUserHost.h"
 #include "megset/platform/paths.h"
 #include "megset/spectral/CSpctmTrialzk.h"
 
@@ -448,6 +449,7 @@ CMDTrial9FileB::OpenedAt CMDTrial9FileB::openForSaving(CFile& file, CString& pat
 {
     constexpr unsigned flags = CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive;
     CFileException exception;
+    AfxGetHost().trialFileIsWritten(path);
     if (file.Open(path, flags, &exception))
         return OpenedAt::given;
     std::array<char16_t, 1024> message = {};

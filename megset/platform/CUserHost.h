@@ -75,6 +75,10 @@ public:
     virtual void beginWaitCursor() = 0;
     virtual void endWaitCursor() = 0;
 
+    /// A trial is about to be written to this path. A file that is there will be written over from its beginning: a
+    /// host that wants to keep it puts it aside. Paths are in library form.
+    virtual void trialFileIsWritten(const CString& /*path*/) {}
+
     /// Asks for a repaint of the whole view, with `erase` of its background too.
     virtual void invalidate(CWnd& view, bool erase) = 0;
 };

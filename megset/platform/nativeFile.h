@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <system_error>
 
 namespace megset {
 
@@ -59,5 +60,8 @@ private:
 
     int m_handle = -1;
 };
+
+/// Makes an empty file that no other program made before. The fault is std::errc::file_exists where there is one.
+std::error_code createNewFile(const std::filesystem::path& path);
 
 } // namespace megset

@@ -1,5 +1,6 @@
 #include "megset/platform/CFileException.h"
 #include "megset/platform/nativeFile.h"
+#include "megset/platform/stopRequest.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -86,6 +87,8 @@ FileFault NativeFile::open(const std::filesystem::path& path, const FileOpening&
     // A zero inside a name would end it early, and another file would be opened.
     if (path.native().find('\0') != std::string::npos)
         return {CFileException::badPath, 0};
+    if (opening.create && isStopRequested())
+        return fault(EINTR);
     constexpr mode_t everybodyByUmask = 0666;
     do {
         m_handle = ::open(path.c_str(), openFlags(opening), everybodyByUmask);
@@ -159,6 +162,8 @@ FileFault NativeFile::write(const void* data, std::size_t size)
 {
     std::size_t done = 0;
     while (done < size) {
+        if (isStopRequested())
+            return fault(EINTR);
         const ssize_t put =
             ::write(m_handle, static_cast<const char*>(data) + done, std::min(size - done, maxTransfer));
         if (put < 0 && errno != EINTR)
@@ -191,6 +196,18 @@ FileFault NativeFile::length(std::uint64_t& bytes) const
 FileFault NativeFile::setLength(std::uint64_t bytes)
 {
     return ::ftruncate(m_handle, static_cast<off_t>(bytes)) != 0 ? lastFault() : FileFault{};
+}
+
+std::error_code createNewFile(const std::filesystem::path& path)
+{
+    if (isStopRequested())
+        return std::make_error_code(std::errc::interrupted);
+    constexpr mode_t everybodyByUmask = 0666;
+    const int handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everybodyByUmask);
+    if (handle < 0)
+        return {errno, std::generic_category()};
+    ::close(handle);
+    return {};
 }
 
 } // namespace megset

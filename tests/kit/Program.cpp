@@ -95,7 +95,7 @@ public:
         }
     }
 
-    void kill() const { ::kill(m_child, SIGKILL); }
+    void kill(int signal) const { ::kill(m_child, signal); }
 
     ProgramResult wait()
     {
@@ -119,11 +119,11 @@ ProgramResult runProgram(const std::string& path, const std::vector<std::string>
 }
 
 ProgramResult runAndKillProgram(const std::string& path, const std::vector<std::string>& arguments,
-                                std::chrono::microseconds after)
+                                std::chrono::microseconds after, int signal)
 {
     Running running(path, arguments, {});
     std::this_thread::sleep_for(after);
-    running.kill();
+    running.kill(signal);
     return running.wait();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ struct ProgramResult
 ProgramResult runProgram(const std::string& path, const std::vector<std::string>& arguments,
                          const std::vector<std::string>& environment = {});
 
-/// The same, but the program is killed after that time unless it has ended.
+/// The same, but the program gets a signal after that time unless it has ended.
 ProgramResult runAndKillProgram(const std::string& path, const std::vector<std::string>& arguments,
-                                std::chrono::microseconds after);
+                                std::chrono::microseconds after, int signal = SIGKILL);
 
 } // namespace megset::kit

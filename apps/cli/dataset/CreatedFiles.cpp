@@ -2,6 +2,8 @@
 
 #include "apps/cli/inspect/fileTag.h"
 
+#include "megset/platform/nativeFile.h"
+
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -33,8 +35,11 @@ CreatedFiles::~CreatedFiles()
 
 void CreatedFiles::add(const fs::path& path)
 {
-    if (fs::exists(path))
-        throw std::runtime_error(shownPath(path) + ": exists already");
+    m_paths.reserve(m_paths.size() + 1);
+    if (const std::error_code fault = createNewFile(path))
+        throw std::runtime_error(shownPath(path) + (fault == std::errc::file_exists
+                                                        ? ": exists already"
+                                                        : ": can't be written: " + fault.message()));
     m_paths.push_back(path);
 }
 

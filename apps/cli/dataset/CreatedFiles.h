@@ -1,6 +1,8 @@
 #pragma once
 // Files that a command makes: all of them stay, or none.
 
+#include "megset/platform/stopRequest.h"
+
 #include <filesystem>
 #include <vector>
 
@@ -15,7 +17,8 @@ public:
     /// Removes the files unless keep() was called, and brings back those that they were to replace.
     ~CreatedFiles();
 
-    /// Notes a file that is about to be made. Throws std::runtime_error when there is one already.
+    /// Makes an empty file, which is this command's from then on. Throws std::runtime_error when there is one already,
+    /// and when none can be made.
     void add(const std::filesystem::path& path);
     /// Notes a file that has just been made.
     void take(const std::filesystem::path& path) { m_paths.push_back(path); }
@@ -32,6 +35,7 @@ private:
         std::filesystem::path former;
     };
 
+    StopSignals m_signals; // so that a command that is stopped removes them, too
     std::vector<std::filesystem::path> m_paths;
     std::vector<Aside> m_aside;
 };

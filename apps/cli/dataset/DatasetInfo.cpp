@@ -18,7 +18,7 @@ TrialInfo describeTrial(const OpenDataset& open, int index)
     const CString found = findTrialFile(open, index);
     TrialInfo info;
     info.index = index;
-    info.file = (found.IsEmpty() ? stored : found).toUtf8();
+    info.file = found.IsEmpty() ? storedTrialPath(open, index) : found.toUtf8();
     info.name = CMDTrialzk::fileName2FileTitle(CMDTrialzk::filePath2FileName(stored)).toUtf8();
     const auto summary = found.IsEmpty() ? std::nullopt : readTrialSummary(toNative(found));
     if (!summary)

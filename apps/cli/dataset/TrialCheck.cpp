@@ -82,7 +82,7 @@ TrialCheck checkTrial(const OpenDataset& open, int index)
     const CString& stored = open.dataset.m_aTrialFilePath.GetAt(index);
     const CString found = findTrialFile(open, index);
     TrialCheck check;
-    check.file = (found.IsEmpty() ? stored : found).toUtf8();
+    check.file = found.IsEmpty() ? storedTrialPath(open, index) : found.toUtf8();
     if (found.IsEmpty()) {
         check.faults.emplace_back("the trial's file is neither beside the dataset nor at this path");
         return check;
@@ -95,7 +95,8 @@ TrialCheck checkTrial(const OpenDataset& open, int index)
         return check;
     }
     if (found != stored)
-        check.notes.push_back("the dataset names it " + stored.toUtf8() + "; opening the trial mends that");
+        check.notes.push_back("the dataset names it " + storedTrialPath(open, index) +
+                              "; opening the trial mends that");
     CMDTrialzk trial;
     if (load(trial, file, check))
         checkTrialItself(trial, check);

@@ -1,6 +1,7 @@
 #include "apps/cli/dataset/changeDataset.h"
 
 #include "apps/cli/dataset/CreatedFiles.h"
+#include "apps/cli/dataset/FormerFiles.h"
 #include "apps/cli/inspect/fileTag.h"
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CConsoleHost.h"
@@ -9,6 +10,7 @@
 #include "megset/platform/paths.h"
 #include "megset/platform/terminal.h"
 
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 
@@ -18,11 +20,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The console, which keeps the trials that are written over.
+class KeepingHost : public CConsoleHost
+{
+public:
+    explicit KeepingHost(FormerFiles* files) : m_files(files) {}
+
+    void trialFileIsWritten(const CString& path) override
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_files != nullptr)
+            m_files->putAside(toNative(path));
+    }
+
+private:
+    std::mutex m_mutex;
+    FormerFiles* m_files;
+};
+
 // The console as the host of the process, with the answers that the user gave beforehand.
 class AnsweringHost
 {
 public:
-    explicit AnsweringHost(const ChangeArguments& arguments)
+    AnsweringHost(const ChangeArguments& arguments, FormerFiles* files) : m_host(files)
     {
         m_host.setAnswer(arguments.yes);
         m_host.setAsking(!arguments.yes && !arguments.no);
@@ -33,7 +53,7 @@ public:
     ~AnsweringHost() { AfxSetHost(m_former); }
 
 private:
-    CConsoleHost m_host;
+    KeepingHost m_host;
     CUserHost* m_former = nullptr;
 };
 
@@ -59,8 +79,6 @@ fs::path askForTarget(const ChangeArguments& arguments)
 
 fs::path targetOf(const ChangeArguments& arguments)
 {
-    if (arguments.inPlace)
-        return absolutePath(arguments.dataset);
     return datasetPath(arguments.out.empty() ? askForTarget(arguments) : fs::path(arguments.out));
 }
 
@@ -73,8 +91,20 @@ fs::path findTrial(const OpenDataset& open, int index)
 {
     const CString found = findTrialFile(open, index);
     if (found.IsEmpty())
-        throw std::runtime_error(open.dataset.m_aTrialFilePath.GetAt(index).toUtf8() + ": the trial's file is missing");
+        throw std::runtime_error(storedTrialPath(open, index) + ": the trial's file is missing");
     return toNative(found);
+}
+
+// A copy may be changed even where the trial itself is protected.
+void copyTrial(const fs::path& from, const fs::path& to)
+{
+    endWhenAsked();
+    std::error_code fault;
+    fs::copy_file(from, to, fs::copy_options::overwrite_existing, fault);
+    if (fault)
+        throw std::runtime_error(shownPath(to) + ": can't be copied from " + shownPath(from) + ": " +
+                                 (fs::space(to.parent_path()).available == 0 ? "the disk is full" : fault.message()));
+    fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add);
 }
 
 // Copies the dataset's trials beside `target`, and gives their paths.
@@ -84,7 +114,7 @@ std::vector<fs::path> copyTrials(const OpenDataset& source, const fs::path& targ
     for (int i = 0; i < source.dataset.m_aTrialFilePath.GetSize(); ++i) {
         copies.push_back(trialPath(target, i));
         created.add(copies.back());
-        fs::copy_file(findTrial(source, i), copies.back());
+        copyTrial(findTrial(source, i), copies.back());
     }
     return copies;
 }
@@ -180,17 +210,38 @@ void storeDataset(OpenDataset& open)
     }
 }
 
-void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change)
+namespace {
+
+// Nobody else changes the dataset as long as what comes back is there.
+std::unique_ptr<OpenDataset> changeAndStore(const fs::path& path, const std::function<void(OpenDataset&)>& change)
 {
-    const AnsweringHost host(arguments);
-    const fs::path target = targetOf(arguments);
-    CreatedFiles created;
-    if (!arguments.inPlace)
-        copyDataset(absolutePath(arguments.dataset), target, created);
-    const auto open = openDatasetToChange(target);
+    auto open = openDatasetToChange(path);
     takeDocument(*open);
     change(*open);
     storeDataset(*open);
+    return open;
+}
+
+void changeInPlace(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change)
+{
+    const fs::path path = absolutePath(arguments.dataset);
+    FormerFiles former(path);
+    const AnsweringHost host(arguments, &former);
+    const auto open = changeAndStore(path, change);
+    former.keepNew();
+}
+
+} // namespace
+
+void changeDataset(const ChangeArguments& arguments, const std::function<void(OpenDataset&)>& change)
+{
+    if (arguments.inPlace)
+        return changeInPlace(arguments, change);
+    const AnsweringHost host(arguments, nullptr);
+    const fs::path target = targetOf(arguments);
+    CreatedFiles created;
+    copyDataset(absolutePath(arguments.dataset), target, created);
+    changeAndStore(target, change);
     created.keep();
 }
 

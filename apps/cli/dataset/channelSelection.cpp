@@ -42,8 +42,16 @@ std::string nearestChannels(const CMDTrialzk& trial, const std::string& name)
 
 } // namespace
 
-int channelNamed(const CMDTrialzk& trial, const std::string& name)
+int channelNamed(const CMDTrialzk& trial, const std::string& asTyped)
 {
+    // A list may have blanks behind its commas; a channel whose name has them is found as well.
+    const std::size_t begin = asTyped.find_first_not_of(' ');
+    const std::string bare =
+        begin == std::string::npos ? "" : asTyped.substr(begin, asTyped.find_last_not_of(' ') - begin + 1);
+    const bool isExact = findChannel(trial, [&](const std::string& known) { return known == asTyped; }) >= 0;
+    const std::string& name = isExact ? asTyped : bare;
+    if (name.empty())
+        throw std::runtime_error("the name of a channel is empty");
     int index = findChannel(trial, [&](const std::string& known) { return !name.empty() && known == name; });
     if (index < 0)
         index = findChannel(trial, [&](const std::string& known) { return !name.empty() && upToDash(known) == name; });

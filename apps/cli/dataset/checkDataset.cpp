@@ -1,5 +1,6 @@
 #include "apps/cli/dataset/checkDataset.h"
 
+#include "apps/cli/dataset/FormerFiles.h"
 #include "apps/cli/dataset/TrialCheck.h"
 #include "apps/cli/inspect/fileTag.h"
 #include "megset/platform/terminalText.h"
@@ -27,6 +28,7 @@ public:
 
     void run(const ReadingNotes& notes)
     {
+        checkLastChange();
         checkCounts();
         checkPaths();
         readTrials();
@@ -39,6 +41,12 @@ public:
 private:
     void fault(const std::string& text) { m_report.findings.push_back({true, m_open.path.string(), text}); }
     void note(const std::string& text) { m_report.findings.push_back({false, m_open.path.string(), text}); }
+
+    void checkLastChange()
+    {
+        if (const std::filesystem::path former = cutOffChange(m_open.path); !former.empty())
+            m_report.findings.push_back({true, former.string(), adviceAfterCutOff(former)});
+    }
 
     void checkCounts()
     {
@@ -186,7 +194,10 @@ CheckReport checkDataset(const std::filesystem::path& path)
         const auto open = openDatasetToLook(path, notes);
         Comparison(*open, report).run(notes);
     } catch (const std::runtime_error& exception) {
-        report.findings.push_back({true, path.string(), exception.what()});
+        // The path is told already.
+        const std::string text = exception.what();
+        const std::string told = shownPath(std::filesystem::absolute(path).lexically_normal()) + ": ";
+        report.findings.push_back({true, path.string(), text.starts_with(told) ? text.substr(told.size()) : text});
     }
     return report;
 }

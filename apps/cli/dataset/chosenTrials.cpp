@@ -17,7 +17,7 @@ void requireTrials(const OpenDataset& open, bool all)
         throw std::runtime_error(shownPath(open.path) + ": the dataset has no trial");
     for (int i = first; i <= last; ++i)
         if (open.dataset.getMDTrial(i) == nullptr && findTrialFile(open, i).IsEmpty())
-            throw std::runtime_error(open.dataset.m_aTrialFilePath.GetAt(i).toUtf8() + ": the trial's file is missing");
+            throw std::runtime_error(storedTrialPath(open, i) + ": the trial's file is missing");
 }
 
 void forChosenTrials(OpenDataset& open, bool all, const CString& title, const std::function<void(CMDTrialzk&)>& change)

@@ -56,13 +56,25 @@ std::string channelCounts(const DatasetInfo& info)
     return std::to_string(info.channels.size()) + (text.empty() ? "" : " (" + text + ")");
 }
 
+std::string placeOfTrigger(std::int64_t samplesBefore)
+{
+    return samplesBefore >= 0 ? ", of these " + std::to_string(samplesBefore) + " before the trigger"
+                              : ", the first of them " + std::to_string(-samplesBefore) + " behind the trigger";
+}
+
+// Commands take the current trial where none is named.
+std::string trialCount(const DatasetInfo& info)
+{
+    return std::to_string(info.trials.size()) +
+           (info.trials.size() > 1 ? ", of these " + std::to_string(info.currentTrial) + " is the current one" : "");
+}
+
 void writeSession(const DatasetInfo& info, std::ostream& out)
 {
     line(out, "session", shownLine(info.session));
     line(out, "file", shownLine(info.file) + ", " + byteSize(info.bytes));
     line(out, "rate", number(info.rate) + " Hz");
-    line(out, "samples",
-         std::to_string(info.samples) + ", of these " + std::to_string(info.preTrigger) + " before the trigger");
+    line(out, "samples", std::to_string(info.samples) + placeOfTrigger(info.preTrigger));
     if (info.resamplingFactor != 1)
         line(out, "re-sampled",
              "by " + std::to_string(info.resamplingFactor) + " from " + number(info.rawRate) + " Hz, " +
@@ -73,7 +85,7 @@ void writeSession(const DatasetInfo& info, std::ostream& out)
     line(out, "filter range", number(info.filterLow) + " to " + number(info.filterHigh) + " Hz");
     for (const std::string& done : info.processing)
         line(out, "processing", shownLine(done));
-    line(out, "trials", std::to_string(info.trials.size()));
+    line(out, "trials", trialCount(info));
     line(out, "channels", channelCounts(info));
 }
 

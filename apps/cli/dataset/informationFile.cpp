@@ -34,11 +34,7 @@ const RecordKind* knownKind(const fs::path& path)
 {
     CFile file;
     openInformation(file, path, CFile::modeRead | CFile::shareDenyNone);
-    try {
-        return &kindOfFile(file, path);
-    } catch (const std::runtime_error&) {
-        return nullptr; // the list of all tags is of no use here
-    }
+    return kindOf(file); // the list of all tags is of no use here
 }
 
 void checkTag(const fs::path& path, std::string_view tag)

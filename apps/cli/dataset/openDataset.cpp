@@ -25,10 +25,22 @@ void addMessages(const MessageRecorder& host, std::vector<std::string>& messages
         messages.push_back(message.text);
 }
 
-std::string reasonOf(const CArchiveException& exception)
+// What ended may be the file of the current trial, which is read on the way.
+std::runtime_error faultOf(const OpenDataset& open, const CArchiveException& exception)
 {
-    return exception.m_cause == CArchiveException::endOfFile ? "the file ends before the dataset does"
-                                                             : exception.what();
+    if (exception.m_cause != CArchiveException::endOfFile)
+        return fault(open.path, exception.what());
+    const std::filesystem::path file = toNative(exception.m_strFileName);
+    return file.empty() || file == open.path ? fault(open.path, "the file ends before the dataset does")
+                                             : fault(file, "the file ends before the trial does");
+}
+
+// Nothing is left to the reader where the file says itself that it is something else.
+void refuseOtherKind(CFile& file, const std::filesystem::path& path)
+{
+    const RecordKind* const kind = kindOf(file);
+    if (kind != nullptr && kind->tag != "MEGDATASETZK")
+        throw fault(path, "a dataset (.meg) is wanted; this is: " + std::string(kind->meaning));
 }
 
 // Reads the dataset's own file with `serialize`, an operation of the dataset.
@@ -41,7 +53,7 @@ void read(OpenDataset& open, CFile& file, std::uint64_t& bytesLeft, Serialize se
             throw fault(open.path, "this dataset can't be read");
         bytesLeft = archive.bytesLeft();
     } catch (const CArchiveException& exception) {
-        throw fault(open.path, reasonOf(exception));
+        throw faultOf(open, exception);
     }
 }
 
@@ -55,6 +67,7 @@ std::unique_ptr<OpenDataset> openFile(const std::filesystem::path& path, CFile& 
     CFileException exception;
     if (!file.Open(fromNative(open->path), CFile::modeRead | sharing, &exception))
         throw std::runtime_error(showControlCharacters(exception.GetErrorMessage()).toUtf8());
+    refuseOtherKind(file, open->path);
     open->document.SetPathName(fromNative(open->path));
     open->dataset.setDocument(&open->document, false);
     return open;
@@ -78,6 +91,9 @@ void readCurrentTrial(OpenDataset& open)
 std::filesystem::path datasetPath(const std::filesystem::path& name)
 {
     std::filesystem::path path = std::filesystem::absolute(name).lexically_normal();
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored))
+        throw fault(path, "is a folder; the dataset needs a name in it");
     if (!path.has_extension())
         path += ".meg";
     return path;
@@ -110,10 +126,11 @@ std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path
 
 std::unique_ptr<OpenDataset> openDatasetToChange(const std::filesystem::path& path)
 {
-    CFile file;
-    auto open = openFile(path, file, CFile::shareExclusive);
+    auto file = std::make_unique<CFile>();
+    auto open = openFile(path, *file, CFile::shareExclusive);
     std::uint64_t bytesLeft = 0;
-    read(*open, file, bytesLeft, [&open](CArchive& archive) { return open->dataset.serializezk(archive); });
+    read(*open, *file, bytesLeft, [&open](CArchive& archive) { return open->dataset.serializezk(archive); });
+    open->held = std::move(file);
     return open;
 }
 
@@ -124,11 +141,17 @@ CString findTrialFile(const OpenDataset& open, int trial)
                                          dataset.m_strDatasetPath, false);
 }
 
+std::string storedTrialPath(const OpenDataset& open, int trial)
+{
+    const CString& stored = open.dataset.m_aTrialFilePath.GetAt(trial);
+    return stored.Find("\\") == 0 ? shownPath(toNative(stored)) : stored.toUtf8();
+}
+
 std::unique_ptr<CMDTrialzk> readTrial(const OpenDataset& open, int trial)
 {
     const CString path = findTrialFile(open, trial);
     if (path.IsEmpty())
-        throw std::runtime_error(open.dataset.m_aTrialFilePath.GetAt(trial).toUtf8() + ": the trial's file is missing");
+        throw std::runtime_error(storedTrialPath(open, trial) + ": the trial's file is missing");
     CFile file;
     CFileException exception;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone, &exception))

@@ -5,6 +5,7 @@
 #include "megset/core/CMDTrialzk.h"
 #include "megset/core/CMEGDatazk.h"
 #include "megset/platform/CDocument.h"
+#include "megset/platform/CFile.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -20,6 +21,7 @@ struct OpenDataset
     std::filesystem::path path; ///< absolute
     CDocument document;
     CMEGDatazk dataset;
+    std::unique_ptr<CFile> held; ///< open to keep others from changing the dataset as well; null when looked at
 };
 
 /// What a dataset's reader had to say on its way, and the bytes that it left behind the record.
@@ -29,7 +31,8 @@ struct ReadingNotes
     std::uint64_t bytesLeft = 0;
 };
 
-/// The absolute path that a user means by the name of a dataset: ".meg" is added where it has no extension.
+/// The absolute path that a user means by the name of a dataset: ".meg" is added where it has no extension. Throws
+/// std::runtime_error for a folder.
 std::filesystem::path datasetPath(const std::filesystem::path& name);
 
 /// What of a dataset is read to look at it.
@@ -45,12 +48,16 @@ enum class LookAt
 std::unique_ptr<OpenDataset> openDatasetToLook(const std::filesystem::path& path, ReadingNotes& notes,
                                                LookAt what = LookAt::CurrentTrial);
 
-/// Opens a dataset as the library does, which may ask for its current trial and, for old files, writes trials back.
-/// Throws as above.
+/// Opens a dataset as the library does, which may ask for its current trial and, for old files, writes trials back. As
+/// long as it is there nobody else opens it to change it. Throws as above.
 std::unique_ptr<OpenDataset> openDatasetToChange(const std::filesystem::path& path);
 
 /// Where the file of a trial is, by the library's search but without a question; empty when it isn't found.
 CString findTrialFile(const OpenDataset& open, int trial);
+
+/// The path that the dataset has of a trial, as a person writes it on this system; one of another system stays as it
+/// is.
+std::string storedTrialPath(const OpenDataset& open, int trial);
 
 /// Reads a trial without the dataset knowing. Throws std::runtime_error with the file and the reason.
 std::unique_ptr<CMDTrialzk> readTrial(const OpenDataset& open, int trial);

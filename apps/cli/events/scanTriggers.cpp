@@ -224,7 +224,9 @@ private:
 TriggerFindings scanTriggers(OpenDataset& open, const TriggerRequest& request)
 {
     const CMDTrialzk* const trial = open.dataset.getTrialzk(-1);
-    if (trial == nullptr || triggerChannels(*trial).empty())
+    if (trial == nullptr)
+        throw std::runtime_error("its current trial can't be read");
+    if (triggerChannels(*trial).empty())
         throw std::runtime_error("the dataset has no trigger channel");
     return Scan(open, request).run();
 }

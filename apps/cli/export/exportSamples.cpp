@@ -6,6 +6,7 @@
 #include "apps/cli/dataset/sampleRange.h"
 #include "apps/cli/export/NpyWriter.h"
 #include "apps/cli/inspect/fileTag.h"
+#include "megset/platform/stopRequest.h"
 
 #include <array>
 #include <charconv>
@@ -143,6 +144,7 @@ ExportedShape exportNpy(OpenDataset& open, const ExportOptions& options, const s
     NpyWriter writer(path, shape.channels, shape.samples);
     std::int64_t column = 0;
     for (const TrialPart& part : plan.parts) {
+        endWhenAsked();
         const CMDTrialzk& trial = reader.read(part.trial);
         for (std::size_t row = 0; row < plan.channels.size(); ++row)
             if (const CMDChannelzk* const channel = channelAt(trial, plan.channels[row]))
@@ -165,8 +167,10 @@ ExportedShape exportText(OpenDataset& open, const ExportOptions& options, const 
     for (const std::string& name : plan.names)
         file << '\t' << name;
     file << '\n';
-    for (const TrialPart& part : plan.parts)
+    for (const TrialPart& part : plan.parts) {
+        endWhenAsked();
         writeTextPart(open, reader.read(part.trial), part, plan, options.raw, file);
+    }
     file.close();
     if (!file)
         throw std::runtime_error(shownPath(path) + ": can't be written");

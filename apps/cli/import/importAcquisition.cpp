@@ -7,6 +7,7 @@
 #include "megset/platform/CArchive.h"
 #include "megset/platform/CFile.h"
 #include "megset/platform/paths.h"
+#include "megset/platform/stopRequest.h"
 #include "megset/platform/terminalText.h"
 
 #include <algorithm>
@@ -43,9 +44,14 @@ void openToLook(CFile& file, const fs::path& path)
 
 void checkKind(CFile& file, const fs::path& source)
 {
-    const RecordKind& kind = kindOfFile(file, source);
-    if (kind.tag != acquisitionTag)
-        throw fault(source, "a recording's dataset (.mega) is wanted; this is: " + std::string(kind.meaning));
+    const RecordKind* const kind = kindOf(file);
+    if (kind == nullptr && source.parent_path().extension() == ".ds")
+        throw fault(source,
+                    "is a file of a recording; name its folder " + shown(fromNative(source.parent_path().filename())));
+    if (kind == nullptr)
+        throw fault(source, "is neither the folder of a CTF recording (.ds) nor the dataset of an acquisition (.mega)");
+    if (kind->tag != acquisitionTag)
+        throw fault(source, "a recording's dataset (.mega) is wanted; this is: " + std::string(kind->meaning));
 }
 
 // Reads the recording's own file, without its trials.
@@ -166,6 +172,7 @@ public:
     fs::path file(const fs::path& name) const { return m_path / name; }
 
 private:
+    StopSignals m_signals; // so that it goes when the command is stopped
     fs::path m_path;
 };
 

@@ -40,6 +40,13 @@ int MessageRecorder::showReport(const CString& text, const CString& title)
     return 1;
 }
 
+// Not a word to anybody: who keeps files goes on keeping them.
+void MessageRecorder::trialFileIsWritten(const CString& path)
+{
+    if (m_pFormer != nullptr)
+        m_pFormer->trialFileIsWritten(path);
+}
+
 void MessageRecorder::record(const CString& text)
 {
     const std::lock_guard lock(m_mutex);

@@ -39,6 +39,7 @@ public:
     void beginProgress(int, const CString&, std::int64_t, std::int64_t) override {}
     void setProgress(int, std::int64_t) override {}
     void endProgress(int) override {}
+    void trialFileIsWritten(const CString& path) override;
     void beginWaitCursor() override {}
     void endWaitCursor() override {}
     void invalidate(CWnd&, bool) override {}

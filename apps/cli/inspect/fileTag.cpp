@@ -82,6 +82,12 @@ const RecordKind& kindOfFile(CFile& file, const std::filesystem::path& path)
     return *kind;
 }
 
+const RecordKind* kindOf(CFile& file)
+{
+    const std::optional<CString> tag = readTag(firstBytes(file));
+    return tag ? findRecordKind(tag->toUtf8()) : nullptr;
+}
+
 std::string shownPath(const std::filesystem::path& path)
 {
     return showControlCharacters(CString(path.string())).toUtf8();

@@ -12,6 +12,9 @@ namespace megset::cli {
 /// a std::runtime_error that tells the first bytes and all known tags when there is none.
 const RecordKind& kindOfFile(CFile& file, const std::filesystem::path& path);
 
+/// The same, but null when there is none.
+const RecordKind* kindOf(CFile& file);
+
 /// A path fit for a terminal.
 std::string shownPath(const std::filesystem::path& path);
 

@@ -1,6 +1,7 @@
 #include "apps/cli/process/forEachTrial.h"
 
 #include "megset/platform/CProgresszk.h"
+#include "megset/platform/stopRequest.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -11,6 +12,7 @@ namespace {
 
 void visitTrial(OpenDataset& open, int index, const std::function<void(CMDTrialzk&, int)>& change)
 {
+    endWhenAsked();
     try {
         CMDTrialzk* const trial = open.dataset.getTrialzk(index);
         if (trial == nullptr)

@@ -4,6 +4,7 @@
 #include "apps/readers/recordedMode.h"
 
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <stdexcept>
 
@@ -42,7 +43,7 @@ CMtgChnlOperatorzk parseReference(const CMDTrialzk& trial, const std::string& te
     double weight = 0.0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data() + equals + 1, end, weight);
-    if (error != std::errc() || rest != end)
+    if (error != std::errc() || rest != end || !std::isfinite(weight))
         throw std::runtime_error("the weight in \"" + text + "\" is no number");
     return makeOperator(trial, channelNamed(trial, text.substr(0, equals)), weight);
 }

@@ -7,6 +7,7 @@
 #include "apps/cli/process/forEachTrial.h"
 #include "apps/cli/process/restore.h"
 #include "megset/platform/paths.h"
+#include "megset/platform/stopRequest.h"
 #include "megset/processing/resampledCopy.h"
 
 #include <algorithm>
@@ -34,6 +35,7 @@ public:
     const fs::path& path() const { return m_path; }
 
 private:
+    StopSignals m_signals; // so that it goes when the command is stopped
     fs::path m_path;
 };
 

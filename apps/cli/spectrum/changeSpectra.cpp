@@ -90,6 +90,8 @@ void changeSpectra(CMEGDatazk& dataset, CMDTrialzk& trial, const SpectrumChange&
         trial.scaleSpctmAllDataType4Class(change.classIndex, *change.scale);
     if (!change.cut.empty()) {
         const auto [low, high] = twoNumbers(change.cut);
+        if (low > high)
+            throw std::runtime_error("the range \"" + change.cut + "\" ends below its begin");
         trial.cutSpctmDataExtrama(low, high, 0.0, change.classIndex, change.type);
     }
     if (change.reload)

@@ -104,7 +104,8 @@ SpectrumMap readSpectrum(OpenDataset& open, const ShowRequest& request)
 {
     const int index = request.trial < 0 ? open.dataset.getCurrentTrialIndx() : request.trial;
     if (index < 0 || index >= open.dataset.m_aTrialFilePath.GetSize())
-        throw std::runtime_error("there is no trial " + std::to_string(index));
+        throw std::runtime_error("there is no trial " + std::to_string(index) + "; the dataset has " +
+                                 std::to_string(open.dataset.m_aTrialFilePath.GetSize()));
     const auto trial = readTrial(open, index);
     CSpctmTrialzk* const spectrum = trial->getSpctmTrial(false, request.classIndex);
     const Plane plane = request.channel.empty() ? summedPlane(open, *trial, request) : channelPlane(*trial, request);

@@ -226,7 +226,7 @@ TEST_F(Array, AnotherKindOfFileIsRefused)
     makeBoth();
     folder.write("array.meg", folder.read("all"));
     EXPECT_THAT(fault({file(), "--add", file("array.meg"), "--in-place"}),
-                HasSubstr("The opened file is not MEG dataset file or corrupted!"));
+                HasSubstr("array.meg: a dataset (.meg) is wanted; this is: array of datasets"));
     EXPECT_THAT(fault({file("gone"), "--remove", "0", "--in-place"}), HasSubstr("gone"));
 }
 

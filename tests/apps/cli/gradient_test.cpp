@@ -171,7 +171,7 @@ TEST_F(Gradient, CommandWritesANewDatasetAndLeavesTheOldOne)
     const std::string out = sample.folder().native("clean.meg").string();
     const auto result = runMegset({"gradient", sample.path(), "--order", "3", "--out", out});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_EQ(result.output, "order 3: 1 channels; 1 MEG channels have no coefficients for it and are at order 0\n");
+    EXPECT_EQ(result.output, "order 3: 1 channel; 1 MEG channel has no coefficients for it and is at order 0\n");
     EXPECT_EQ(sample.folder().read("runTrial1.trl"), before);
     ReadingNotes notes;
     const auto clean = openDatasetToLook(out, notes);

@@ -201,7 +201,7 @@ TEST_F(ImportOfAcquisition, TargetWithTheNameOfATrialIsRefused)
 TEST_F(ImportOfAcquisition, TargetThatIsAFolderIsLeftAloneEvenWhenForced)
 {
     folder.makeFolder("new.meg");
-    expectFailure(import({"--force"}), "new.meg: exists already", {"new.meg", "rec"});
+    expectFailure(import({"--force"}), "new.meg: is a folder; the dataset needs a name in it", {"new.meg", "rec"});
 }
 
 TEST_F(ImportOfAcquisition, TargetInAFolderThatIsNotThereIsTold)
@@ -295,7 +295,7 @@ TEST_F(ImportOfAcquisition, FileOfAnotherKindIsTold)
     expectFailure(import({}, "rec\\runTrial0.trla"),
                   "runTrial0.trla: a recording's dataset (.mega) is wanted; this is: ");
     folder.write("rec\\note.txt", "none of them");
-    expectFailure(import({}, "rec\\note.txt"), "note.txt begins with no tag");
+    expectFailure(import({}, "rec\\note.txt"), "note.txt: is neither the folder of a CTF recording (.ds) nor");
     expectFailure(import({}, "rec\\none.mega"), "none.mega: there is no such file or folder");
 }
 

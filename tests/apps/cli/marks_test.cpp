@@ -132,9 +132,9 @@ TEST_F(Marks, ChangesLeaveTheSamplesAndTheCurrentTrialAsTheyAre)
 TEST_F(Marks, OutsideTheTrialAreRefusedWithTheTrialsEnds)
 {
     EXPECT_EQ(faultOf({"--add", "blink", "--at", "3:20", "--trial", "1"}),
-              "megset: trial 1: the range \"3:20\" is not within the samples 0 to 19\n");
+              "megset: trial 1: the place \"3:20\" is not within the samples 0 to 19\n");
     EXPECT_EQ(faultOf({"--add", "blink", "--at", "-1", "--trial", "1"}),
-              "megset: trial 1: the range \"-1:-1\" is not within the samples 0 to 19\n");
+              "megset: trial 1: the place \"-1\" is not within the samples 0 to 19\n");
     EXPECT_EQ(faultOf({"--bad-segment", "0:73ms", "--trial", "0"}),
               "megset: trial 0: the time 73 ms is outside the trial, which goes from -25 to 70 ms\n");
     EXPECT_EQ(faultOf({"--bad-segment", "-28:0ms", "--trial", "0"}),
