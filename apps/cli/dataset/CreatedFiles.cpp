@@ -64,4 +64,16 @@ void CreatedFiles::keep()
     m_aside.clear();
 }
 
+// The system's copy tells a full disk as a fault of the device.
+void copyFile(const fs::path& from, const fs::path& to)
+{
+    std::error_code fault;
+    fs::copy_file(from, to, fs::copy_options::overwrite_existing, fault);
+    std::error_code ignored;
+    if (fault)
+        throw std::runtime_error(
+            shownPath(to) + ": can't be copied from " + shownPath(from) + ": " +
+            (fs::space(to.parent_path(), ignored).available == 0 ? "the disk is full" : fault.message()));
+}
+
 } // namespace megset::cli

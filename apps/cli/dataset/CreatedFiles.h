@@ -40,4 +40,7 @@ private:
     std::vector<Aside> m_aside;
 };
 
+/// Copies a file, also over one that is there. Throws std::runtime_error with both and the reason.
+void copyFile(const std::filesystem::path& from, const std::filesystem::path& to);
+
 } // namespace megset::cli

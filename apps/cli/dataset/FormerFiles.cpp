@@ -1,8 +1,8 @@
 #include "apps/cli/dataset/FormerFiles.h"
 
+#include "apps/cli/dataset/CreatedFiles.h"
 #include "apps/cli/inspect/fileTag.h"
 #include "megset/platform/CFileException.h"
-#include "megset/platform/nativeFile.h"
 
 #include <algorithm>
 #include <chrono>
@@ -34,29 +34,60 @@ bool isLocked(const fs::path& path)
     return file.open(path, {.read = true, .sharing = FileSharing::none}).cause == CFileException::sharingViolation;
 }
 
-// Whether a change of the dataset is going on: it holds the file that was there at its beginning, which has its other
-// name in the folder.
-bool isHeld(const fs::path& dataset)
+fs::path nameInFolder(const fs::path& dataset)
 {
-    return isLocked(dataset) || isLocked(folderOf(dataset) / dataset.filename());
+    return folderOf(dataset) / dataset.filename();
 }
 
-// A change that was just done may be about to remove the folder.
-bool staysInTheWay(const fs::path& folder)
+fs::path partOfCopy(const fs::path& dataset)
 {
+    return nameInFolder(dataset).string() + ".part";
+}
+
+// What that name becomes when the change is done.
+fs::path doneMark(const fs::path& dataset)
+{
+    return nameInFolder(dataset).string() + ".done";
+}
+
+// Whether a change of the dataset is going on: it holds the dataset's file, and after that was replaced, the former
+// one.
+bool isHeld(const fs::path& dataset)
+{
+    return isLocked(dataset) || isLocked(nameInFolder(dataset));
+}
+
+// Removes what is left of a change that was done, or waits for the one that is about to. What else lies there stays.
+bool isInTheWay(const fs::path& dataset)
+{
+    const fs::path folder = folderOf(dataset);
     constexpr int most = 50;
-    for (int i = 0; i < most && fs::exists(folder); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    std::error_code ignored;
+    fs::remove(partOfCopy(dataset), ignored);
+    for (int i = 0; i < most && fs::exists(folder); ++i) {
+        if (fs::exists(doneMark(dataset)) && !isLocked(doneMark(dataset)))
+            fs::remove_all(folder, ignored);
+        else if (!fs::remove(folder, ignored)) // an empty one goes at once
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
     return fs::exists(folder);
+}
+
+std::runtime_error inTheWay(const fs::path& folder)
+{
+    return std::runtime_error(shownPath(folder) + ": is in the way; the former files of a change go there");
 }
 
 } // namespace
 
 fs::path cutOffChange(const fs::path& dataset)
 {
-    const fs::path folder = folderOf(dataset);
-    std::error_code ignored;
-    return fs::exists(folder / dataset.filename(), ignored) && !isHeld(dataset) ? folder : fs::path();
+    const auto isThere = [name = nameInFolder(dataset)] {
+        std::error_code ignored;
+        return fs::exists(name, ignored);
+    };
+    // Looked for twice: a change that went on at first may be done when nobody holds the dataset any more.
+    return isThere() && !isHeld(dataset) && isThere() ? folderOf(dataset) : fs::path();
 }
 
 std::string adviceAfterCutOff(const fs::path& folder)
@@ -69,9 +100,8 @@ FormerFiles::FormerFiles(const fs::path& dataset) : m_dataset(dataset), m_folder
 {
     if (const fs::path folder = cutOffChange(dataset); !folder.empty())
         throw std::runtime_error(shownPath(folder) + ": " + adviceAfterCutOff(folder));
-    if (!isHeld(dataset) && staysInTheWay(m_folder))
-        throw std::runtime_error(shownPath(m_folder) +
-                                 ": is in the way; its files are from before a change that was done, to be removed");
+    if (!isHeld(dataset) && isInTheWay(dataset))
+        throw inTheWay(m_folder);
 }
 
 FormerFiles::~FormerFiles()
@@ -110,7 +140,7 @@ void FormerFiles::keepNew()
 {
     std::error_code ignored; // former files that can't be removed are in nobody's way
     if (m_hasFolder)
-        fs::remove(m_folder / m_dataset.filename(), ignored); // from here on the change counts as done
+        fs::rename(nameInFolder(m_dataset), doneMark(m_dataset), ignored); // from here on the change counts as done
     for (const Aside& aside : m_aside) {
         if (!fs::exists(aside.path, ignored)) {
             fs::rename(aside.former, aside.path, ignored);
@@ -124,23 +154,29 @@ void FormerFiles::keepNew()
         removeFolder();
 }
 
-// The dataset's file gets another name there, or where there are no such names, a copy.
 void FormerFiles::makeFolder()
 {
     if (m_hasFolder)
         return;
-    m_hasFolder = true;
-    fs::create_directory(m_folder);
+    if (isInTheWay(m_dataset))
+        throw inTheWay(m_folder);
     std::error_code fault;
-    fs::create_hard_link(m_dataset, m_folder / m_dataset.filename(), fault);
+    fs::create_directory(m_folder, fault);
     if (fault)
-        fs::copy_file(m_dataset, m_folder / m_dataset.filename(), fs::copy_options::overwrite_existing);
+        throw std::runtime_error(shownPath(m_folder) + ": can't be made: " + fault.message());
+    m_hasFolder = true;
+    // Another name of the same file would do, but mv refuses to move that back.
+    copyFile(m_dataset, partOfCopy(m_dataset));
+    fs::rename(partOfCopy(m_dataset), nameInFolder(m_dataset));
+    m_held.open(nameInFolder(m_dataset), {.read = true, .sharing = FileSharing::none});
 }
 
 void FormerFiles::removeFolder()
 {
     std::error_code ignored;
-    fs::remove(m_folder / m_dataset.filename(), ignored);
+    fs::remove(partOfCopy(m_dataset), ignored);
+    fs::remove(nameInFolder(m_dataset), ignored);
+    fs::remove(doneMark(m_dataset), ignored);
     fs::remove(m_folder, ignored);
 }
 

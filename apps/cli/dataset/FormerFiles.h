@@ -1,6 +1,7 @@
 #pragma once
 // The files of a dataset as they were, while it is changed in place: a change is done as a whole, or not at all.
 
+#include "megset/platform/nativeFile.h"
 #include "megset/platform/stopRequest.h"
 
 #include <filesystem>
@@ -9,8 +10,8 @@
 
 namespace megset::cli {
 
-/// Files that are written over lie in the folder DATASET.meg.former until the change is done, beside another name of
-/// the dataset's own file. A change that is cut off without a chance to clear up leaves that folder.
+/// Files that are written over lie in the folder DATASET.meg.former until the change is done, beside a copy of the
+/// dataset's own file. A change that is cut off without a chance to clear up leaves that folder.
 class FormerFiles
 {
 public:
@@ -41,6 +42,7 @@ private:
     std::filesystem::path m_folder;
     std::vector<Aside> m_aside;
     bool m_hasFolder = false;
+    NativeFile m_held; // the dataset's file in the folder
 };
 
 /// The folder of a change of this dataset that was cut off, with the dataset's file in it; empty when there is none,

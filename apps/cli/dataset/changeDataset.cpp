@@ -99,11 +99,7 @@ fs::path findTrial(const OpenDataset& open, int index)
 void copyTrial(const fs::path& from, const fs::path& to)
 {
     endWhenAsked();
-    std::error_code fault;
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing, fault);
-    if (fault)
-        throw std::runtime_error(shownPath(to) + ": can't be copied from " + shownPath(from) + ": " +
-                                 (fs::space(to.parent_path()).available == 0 ? "the disk is full" : fault.message()));
+    copyFile(from, to);
     fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add);
 }
 

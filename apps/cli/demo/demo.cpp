@@ -14,6 +14,7 @@
 #include <fstream>
 #include <iomanip>
 #include <ostream>
+#include <regex>
 #include <stdexcept>
 #include <vector>
 
@@ -22,6 +23,19 @@ namespace megset::cli {
 namespace {
 
 namespace fs = std::filesystem;
+
+// What a demonstration makes, and leaves when it is killed. Somebody may have a recording of a phantom that is named
+// so, too; but it has no file of the truth.
+bool isMadeHere(const fs::path& path)
+{
+    const std::string name = path.filename().string();
+    if (name == "phantom.ds" && !fs::exists(path / "phantom_truth.json"))
+        return false;
+    static const std::regex made(
+        R"((phantom\.(ds|meg)|phantom_ImportTrial\d+\.trl|clean\.(meg|npy)|cleanTrial\d+\.trl))"
+        R"((\.part)?|sensors\.svg)");
+    return std::regex_match(name, made);
+}
 
 class Demo
 {
@@ -52,10 +66,13 @@ private:
     // Nothing of the user's is removed: every entry must be one that a demonstration makes.
     void prepareFolder() const
     {
-        fs::create_directories(m_folder);
+        std::error_code fault;
+        fs::create_directories(m_folder, fault);
+        if (fault)
+            throw std::runtime_error(shownPath(m_folder) + ": can't be made: " + fault.message());
         for (const fs::directory_entry& entry : fs::directory_iterator(m_folder)) {
-            const std::string name = entry.path().filename().string();
-            if (!name.starts_with("phantom") && !name.starts_with("clean") && name != "sensors.svg")
+            const std::string name = shownPath(entry.path().filename());
+            if (!isMadeHere(entry.path()))
                 throw std::runtime_error(shownPath(m_folder) + ": holds other files, such as " + name +
                                          "; name another folder");
         }
@@ -179,7 +196,16 @@ private:
 
 void runDemo(const fs::path& folder, std::ostream& out)
 {
-    Demo(fs::absolute(folder).lexically_normal(), out).run();
+    const fs::path path = fs::absolute(folder).lexically_normal();
+    const bool isThere = fs::exists(path);
+    try {
+        Demo(path, out).run();
+    } catch (...) {
+        std::error_code ignored; // it stays where there is something in it
+        if (!isThere)
+            fs::remove(path, ignored);
+        throw;
+    }
 }
 
 } // namespace megset::cli

@@ -175,6 +175,32 @@ TEST(Demo, FolderOfSomebodyElseIsLeftAlone)
     EXPECT_THAT(folder.names(), ElementsAre("thesis.txt"));
 }
 
+TEST(Demo, RecordingsOfARealPhantomAreLeftAlone)
+{
+    for (const std::string own : {"phantom_2019.ds", "phantom.ds", "cleaned"}) {
+        const TemporaryFolder folder;
+        folder.makeFolder(own);
+        folder.write(own + "\\a.res4", "mine");
+        const auto result = runMegset({"demo", folder.native().string()});
+        EXPECT_EQ(result.exitCode, 1) << own;
+        EXPECT_THAT(result.errors, HasSubstr("holds other files"));
+        EXPECT_TRUE(folder.has(own + "\\a.res4"));
+    }
+}
+
+TEST(Demo, FolderThatCannotBeMadeOrFilledIsToldAndNoneStays)
+{
+    const TemporaryFolder folder;
+    folder.write("file", "");
+    EXPECT_THAT(runMegset({"demo", folder.native("file/demo").string()}).errors,
+                HasSubstr("file/demo: can't be made: "));
+    const auto full =
+        kit::runProgram("/bin/bash", {"-c", std::string("trap '' XFSZ; ulimit -f 1; exec ") + MEGSET_PROGRAM +
+                                                " demo " + folder.native("demo").string()});
+    EXPECT_EQ(full.exitCode, 1);
+    EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
 } // namespace
 
 } // namespace megset::cli::import_test

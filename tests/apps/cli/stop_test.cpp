@@ -106,10 +106,11 @@ TEST(Stop, FilesOfAChangeThatIsKilledLieInTheFolderOfTheFormerOnes)
     const Files before = filesIn(sample.folder());
     const std::vector<std::string> change = {"resample", sample.path(), "--factor", "2", "--in-place"};
     const std::string former = sample.path() + ".former";
-    for (int ms = 1; !fs::exists(former); ++ms) {
+    for (int ms = 1; !fs::exists(former + "/run.meg"); ++ms) {
+        fs::remove_all(former); // of a kill that came too early or too late
         ASSERT_LT(ms, 2000) << "no kill hit the change";
         kit::runAndKillProgram(MEGSET_PROGRAM, change, std::chrono::milliseconds(ms));
-        if (!fs::exists(former) && filesIn(sample.folder()) != before)
+        if (fs::exists(former + "/run.meg.done") || (!fs::exists(former) && filesIn(sample.folder()) != before))
             GTEST_SKIP() << "the change was done before it could be killed";
     }
     const auto check = runMegset({"check", sample.path()});
@@ -184,6 +185,40 @@ TEST(Stop, CopyOfProtectedTrialsMayBeChanged)
     EXPECT_NE(fs::status(sample.folder().native("newTrial1.trl")).permissions() & fs::perms::owner_write,
               fs::perms::none);
     EXPECT_EQ(fs::status(sample.trialFile(1)).permissions(), fs::perms::owner_read);
+}
+
+TEST(Stop, FolderThatCannotBeMadeIsToldAndNothingChanges)
+{
+    const SampleDataset sample(2);
+    const fs::path former = sample.path() + ".former";
+    fs::create_symlink("nowhere", former);
+    const Files before = {{"run.meg", sample.folder().read("run.meg")}};
+    const auto result = runMegset({"resample", sample.path(), "--factor", "2", "--in-place"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("run.meg.former: can't be made: "));
+    EXPECT_EQ(sample.folder().read("run.meg"), before.at("run.meg"));
+    EXPECT_TRUE(fs::is_symlink(former));
+}
+
+TEST(Stop, FolderOfAChangeThatWasDoneGoesWithTheNextOne)
+{
+    const SampleDataset sample(2);
+    sample.folder().makeFolder("run.meg.former");
+    sample.folder().write("run.meg.former\\runTrial0.trl", "old");
+    sample.folder().write("run.meg.former\\run.meg.done", "old");
+    EXPECT_EQ(runMegset({"check", sample.path()}).exitCode, 0);
+    EXPECT_EQ(runMegset({"restore", sample.path(), "--in-place"}).exitCode, 0);
+    EXPECT_FALSE(sample.folder().has("run.meg.former"));
+}
+
+TEST(Stop, FolderOfSomebodyElseIsInTheWayAndLeftAlone)
+{
+    const SampleDataset sample(2);
+    sample.folder().makeFolder("run.meg.former");
+    sample.folder().write("run.meg.former\\runTrial0.trl", "old");
+    EXPECT_THAT(runMegset({"restore", sample.path(), "--in-place"}).errors, HasSubstr("run.meg.former: is in the way"));
+    EXPECT_EQ(runMegset({"check", sample.path()}).exitCode, 0);
+    EXPECT_TRUE(sample.folder().has("run.meg.former\\runTrial0.trl"));
 }
 
 // ---- two at a time
