@@ -139,14 +139,14 @@ void FormerFiles::putAside(const fs::path& path)
 void FormerFiles::keepNew()
 {
     std::error_code ignored; // former files that can't be removed are in nobody's way
+    for (const Aside& aside : m_aside)
+        if (!fs::exists(aside.path, ignored)) // nothing was written in its place
+            fs::rename(aside.former, aside.path, ignored);
     if (m_hasFolder)
         fs::rename(nameInFolder(m_dataset), doneMark(m_dataset), ignored); // from here on the change counts as done
     for (const Aside& aside : m_aside) {
-        if (!fs::exists(aside.path, ignored)) {
-            fs::rename(aside.former, aside.path, ignored);
-            continue;
-        }
-        fs::permissions(aside.path, fs::status(aside.former, ignored).permissions(), ignored);
+        if (const fs::file_status former = fs::status(aside.former, ignored); fs::exists(former))
+            fs::permissions(aside.path, former.permissions(), ignored);
         fs::remove(aside.former, ignored);
     }
     m_aside.clear();
