@@ -324,6 +324,8 @@ protected:
     /// The places of unsaved trials follow the list, from which one place was removed, or all of them.
     void removeUnsavedPlace(int place);
     void removeUnsavedPlaces();
+    /// Whether an unsaved trial that has no place in the list is meant for a file of that name, in any folder.
+    bool isFileNameOfUnsaved(const CString& name) const;
     /// The place in which the trial is, -1 for none.
     int placeOfTrial(const CMDTrialzk* trial) const;
     /// Sets m_strTrialFolder, with its closing backslash, and the current directory; false when that can't be entered.

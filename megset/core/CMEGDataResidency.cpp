@@ -4,6 +4,7 @@
 #include "megset/core/CMDChannelzk.h"
 #include "megset/core/CMDTrialzk.h"
 #include "megset/platform/AfxMessageBox.h"
+#include "megset/platform/pathParts.h"
 
 #include <algorithm>
 
@@ -148,6 +149,15 @@ void CMEGData::removeUnsavedPlace(int place)
 void CMEGData::removeUnsavedPlaces()
 {
     std::fill(m_aUnsavedPlace.begin(), m_aUnsavedPlace.end(), -1);
+}
+
+bool CMEGData::isFileNameOfUnsaved(const CString& name) const
+{
+    for (int i = 0; i < m_aUnsavedTrial.GetSize(); ++i)
+        if (m_aUnsavedPlace[static_cast<std::size_t>(i)] == -1 &&
+            fileNameOf(m_aUnsavedTrial.GetAt(i)->m_strTrialFilePath).CompareNoCase(name) == 0)
+            return true;
+    return false;
 }
 
 // Oldest first: of two versions of one trial the later one is what its file holds in the end.

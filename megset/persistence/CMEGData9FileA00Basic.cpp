@@ -111,8 +111,9 @@ int CMEGData9FileA00Basic::saveTrialAs(CMDTrialzk& trial, const CString& path, c
     return 0;
 }
 
-// "<stem>.trl", with a number behind the stem where a trial at another place has a file of that name. The folder does
-// not count: a file beside the dataset is found in place of one of the same name elsewhere.
+// "<stem>.trl", with a number behind the stem where a trial at another place has a file of that name, or an unsaved one
+// that was deleted is still to be written there. The folder does not count: a file beside the dataset is found in place
+// of one of the same name elsewhere.
 CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace, const CStringArray& more) const
 {
     const auto isTaken = [&](const CString& path) {
@@ -121,7 +122,7 @@ CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace, co
         for (int i = 0; i < m_aTrialFilePath.GetSize(); ++i)
             if (i != exceptPlace && isSame(m_aTrialFilePath.GetAt(i)))
                 return true;
-        return std::any_of(more.begin(), more.end(), isSame);
+        return isFileNameOfUnsaved(name) || std::any_of(more.begin(), more.end(), isSame);
     };
     CString path = stem + ".trl";
     for (int i = 1; isTaken(path); ++i)

@@ -94,6 +94,21 @@ TEST_F(DeletedTrial, ThatCannotBeSavedIsKept)
     EXPECT_EQ(waveOf(1, 0), channelValues(2, 0, 5));
 }
 
+TEST_F(DeletedTrial, ThatCannotBeSavedKeepsItsFileFromTrialsThatComeLater)
+{
+    data.m_strSessionName = "";
+    data.m_strTrialFolder = path("");
+    editAndLoseFile(2, -3.0);
+    host.willAnswerNo();
+    EXPECT_EQ(data.deleteTrial4Dataset(2), 1);
+    EXPECT_EQ(data.addTrial(newTrial(7), 0), 1);
+    EXPECT_EQ(listed(2), path("Trial2_1.trl")); // the plain name is that of the deleted one
+    EXPECT_EQ(data.openTrial(0), 1);
+    EXPECT_EQ(data.saveUnsavedTrials(), 0);
+    EXPECT_EQ(waveInFile("Trial2.trl", 0)[0], -3.0);
+    EXPECT_EQ(waveOf(2, 0), channelValues(7, 0, 5));
+}
+
 TEST_F(DeletedTrial, LetsTheUnsavedOnesFollowTheList)
 {
     editAndLoseFile(2, -3.0);
