@@ -54,9 +54,9 @@ public:
     /// A new empty trial, which is current, from an exchange file. See export_importMEGData.
     int importMEGData();
     /// Writes the exchange file, or reads one: "This is not MEG trial data!" and 0 for another file, 0 with "Not enough
-    /// memory?!". In a dataset that has trials another rate asks "Sampling Rate is different! Do you would like to
-    /// continue?" (No gives 0), and "Would you like to use the import parameters?" whether the session takes the name.
-    /// The new trial gets no path. Exceptions of the file pass.
+    /// memory?!". In a dataset of two trials or more another rate asks "Sampling Rate is different! Do you would like
+    /// to continue?" (No gives 0), and in one that has a trial "Would you like to use the import parameters?" asks
+    /// whether the session takes the name. The new trial gets no path. Exceptions of the file pass.
     int export_importMEGData(CFile& file, bool bImport, int trial);
 
 protected:

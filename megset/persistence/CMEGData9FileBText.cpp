@@ -251,15 +251,16 @@ int CMEGData9FileB::importExchange(CFile& file)
     }
     double rate = 0.0; // it is compared and not kept
     file.Read(&rate, sizeof rate);
-    const bool joinsOthers = m_nTotalTrial > 0;
-    if (joinsOthers && !(rate == m_recordInfo.m_dRecSampleRate) &&
+    // The trials are counted before the new one for the rate, and with it for the name: it is meant so.
+    const bool joinsSeveral = m_nTotalTrial > 1;
+    if (joinsSeveral && !(rate == m_recordInfo.m_dRecSampleRate) &&
         !asksYes("Sampling Rate is different! Do you would like to continue?"))
         return 0;
     CMDTrialzk* imported = appendEmptyTrial();
     if (imported == nullptr)
         return 0;
     const NameBuffer name = readName(file);
-    if (!joinsOthers || asksYes("Would you like to use the import parameters?")) {
+    if (m_nTotalTrial <= 1 || asksYes("Would you like to use the import parameters?")) {
         m_strSessionName = textOf(name);
     } else {
         std::array<std::byte, 8> dropped;

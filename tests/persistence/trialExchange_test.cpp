@@ -261,12 +261,22 @@ TEST_F(TrialExchange, ParametersThatAreNotWantedAreReadAndDroppedWithEightBytesM
 
 TEST_F(TrialExchange, AnotherRateIsAskedForAndRefusedByNo)
 {
-    makeTrials(1);
+    makeTrials(2);
     host.willAnswerNo(otherRate);
     EXPECT_EQ(import(importable(601)), 0);
     EXPECT_THAT(host.questions(), ElementsAre(otherRate));
-    EXPECT_EQ(dataset.getTotalTrial(), 1);
+    EXPECT_EQ(dataset.getTotalTrial(), 2);
     EXPECT_EQ(dataset.m_strSessionName, "ours");
+}
+
+TEST_F(TrialExchange, BesideASingleTrialAnotherRateIsNoQuestion)
+{
+    makeTrials(1);
+    host.willAnswerNo(useParameters);
+    EXPECT_EQ(import(importable(601)), 1);
+    EXPECT_THAT(host.questions(), ElementsAre(useParameters));
+    EXPECT_EQ(dataset.getTotalTrial(), 2);
+    EXPECT_EQ(dataset.m_recordInfo.m_dRecSampleRate, 600.0);
 }
 
 TEST_F(TrialExchange, AnotherRateIsTakenByYesAndNotKept)
@@ -282,7 +292,7 @@ TEST_F(TrialExchange, AnotherRateIsTakenByYesAndNotKept)
 
 TEST_F(TrialExchange, ARateThatIsNoNumberCountsAsAnother)
 {
-    makeTrials(1);
+    makeTrials(2);
     host.willAnswerNo(otherRate);
     EXPECT_EQ(import(importable(std::nan(""))), 0);
     dataset.m_recordInfo.m_dRecSampleRate = std::nan("");
