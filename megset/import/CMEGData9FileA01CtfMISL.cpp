@@ -109,7 +109,8 @@ int CMEGData9FileA01CtfMISL::importTrialFiles(int nTrial, int nChannel, const Ge
         const std::unique_ptr<CMDTrialzk> trial = makeImportTrial(i, nChannel, geometry);
         if (trial == nullptr)
             return 0;
-        CString path = CString::formatted("%s%s_%s.trl", m_strTrialFolder, m_strSessionName, trial->m_strTrialName);
+        CString path = freePathOfNewDataset(
+            CString::formatted("%s%s_%s", m_strTrialFolder, m_strSessionName, trial->m_strTrialName));
         if (trial->saveTrialData(path, m_pDocument, m_strDatasetPath, true))
             m_aTrialFilePath.Add(trial->m_strTrialFilePath);
     }

@@ -111,23 +111,39 @@ int CMEGData9FileA00Basic::saveTrialAs(CMDTrialzk& trial, const CString& path, c
     return 0;
 }
 
-// "<stem>.trl", with a number behind the stem where a trial at another place has a file of that name, or an unsaved one
-// that was deleted is still to be written there. The folder does not count: a file beside the dataset is found in place
-// of one of the same name elsewhere.
+namespace {
+
+// "<stem>.trl", with a number behind the stem where that is taken.
+template <class IsTaken>
+CString numberedPath(const CString& stem, IsTaken isTaken)
+{
+    CString path = stem + ".trl";
+    for (int i = 1; isTaken(path); ++i)
+        path = CString::formatted("%s_%d.trl", stem, i);
+    return path;
+}
+
+} // namespace
+
+// A name is taken where a trial at another place has a file of it, or an unsaved one that was deleted is still to be
+// written there. The folder does not count: a file beside the dataset is found in place of one of the same name
+// elsewhere.
 CString CMEGData9FileA00Basic::freePath(const CString& stem, int exceptPlace, const CStringArray& more) const
 {
-    const auto isTaken = [&](const CString& path) {
+    return numberedPath(stem, [&](const CString& path) {
         const CString name = fileNameOf(path);
         const auto isSame = [&](const CString& other) { return fileNameOf(other).CompareNoCase(name) == 0; };
         for (int i = 0; i < m_aTrialFilePath.GetSize(); ++i)
             if (i != exceptPlace && isSame(m_aTrialFilePath.GetAt(i)))
                 return true;
         return isFileNameOfUnsaved(name) || std::any_of(more.begin(), more.end(), isSame);
-    };
-    CString path = stem + ".trl";
-    for (int i = 1; isTaken(path); ++i)
-        path = CString::formatted("%s_%d.trl", stem, i);
-    return path;
+    });
+}
+
+// The trials of a new dataset have names of their own; only unsaved ones of the former dataset may have the same.
+CString CMEGData9FileA00Basic::freePathOfNewDataset(const CString& stem) const
+{
+    return numberedPath(stem, [this](const CString& path) { return isFileNameOfUnsaved(fileNameOf(path)); });
 }
 
 // ---- trials from elsewhere

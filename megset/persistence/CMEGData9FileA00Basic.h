@@ -124,6 +124,7 @@ protected:
 
     CMDTrialzk& installLast(TrialArray longer, std::unique_ptr<CMDTrialzk> trial);
     CString freePath(const CString& stem, int exceptPlace, const CStringArray& more = {}) const;
+    CString freePathOfNewDataset(const CString& stem) const;
     void saveAddedTrial(CMDTrialzk& trial, const CString& path);
 
 private:

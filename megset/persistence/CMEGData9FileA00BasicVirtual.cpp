@@ -123,7 +123,8 @@ int CMEGData9FileA00Basic::setTrialChannels(int trials, int channels, CMDTrialzk
         trial->m_nTrialKind = recordedKind;
         trial->m_nTrialIndex = i;
         const CString name = CString::formatted("%d%s", i, suffix);
-        if (saveTrialAs(*trial, CString::formatted("%s%s_%s.trl", m_strTrialFolder, m_strSessionName, name), name))
+        const CString stem = CString::formatted("%s%s_%s", m_strTrialFolder, m_strSessionName, name);
+        if (saveTrialAs(*trial, freePathOfNewDataset(stem), name))
             paths.Add(trial->m_strTrialFilePath);
     }
     m_ppTrial = std::move(places);
@@ -150,7 +151,8 @@ int CMEGData9FileA00Basic::setOneTrialChannels(int channels, CMDTrialzk* model, 
     trial->m_nTrialIndex = 0;
     trial->m_strTrialName = CString::formatted("%d%s", 0, ending);
     CMDTrialzk& only = installLast(std::move(places), std::move(trial));
-    saveAddedTrial(only, CString::formatted("%s%d%s.trl", m_strDatasetPath, 1, ending)); // the file counts from 1
+    const CString stem = CString::formatted("%s%d%s", m_strDatasetPath, 1, ending); // the file counts from 1
+    saveAddedTrial(only, freePathOfNewDataset(stem));
     return 1;
 }
 

@@ -94,6 +94,22 @@ TEST_F(ImportGeometry, ReplacesTheTrialsAndPathsThatWereThere)
     EXPECT_EQ(data.getTotalChannel(0), 2);
 }
 
+TEST_F(ImportGeometry, KeepsItsFilesAwayFromThoseOfUnsavedTrialsOfTheFormerDataset)
+{
+    ASSERT_EQ(import(2, 4), 1);
+    trial(0).m_strTrialName = "former";
+    std::filesystem::remove(folder.native("run_ImportTrial0.trl"));
+    host.willAnswerNo();
+    data.saveAllTrials();
+    ASSERT_EQ(data.getUnsavedTrials().GetSize(), 1);
+    EXPECT_EQ(import(2, 4), 1);
+    EXPECT_EQ(data.m_aTrialFilePath[0], folder.path("run_ImportTrial0_1.trl"));
+    EXPECT_EQ(data.m_aTrialFilePath[1], folder.path("run_ImportTrial1.trl"));
+    EXPECT_EQ(data.saveUnsavedTrials(), 0);
+    EXPECT_EQ(read("run_ImportTrial0.trl")->m_strTrialName, "former");
+    EXPECT_EQ(read("run_ImportTrial0_1.trl")->m_strTrialName, "ImportTrial0");
+}
+
 TEST_F(ImportGeometry, CountsBelowOneGiveZeroAndAnEmptyDataset)
 {
     for (const int bad : {0, -1, INT_MIN}) {

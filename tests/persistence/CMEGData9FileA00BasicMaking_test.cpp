@@ -190,6 +190,21 @@ TEST_F(MadeDataset, IsEmptyWithoutMemoryAndItsFilesStay)
     host.clearRecord();
 }
 
+TEST_F(MadeDataset, KeepsItsFilesAwayFromThoseOfUnsavedTrialsOfTheFormerOne)
+{
+    ASSERT_EQ(data.setTrialChannels(2, 2, nullptr, ""), 1);
+    data.getMDTrial(0)->m_strTrialName = "former";
+    std::filesystem::remove(filed.folder.native("new\\study_0.trl"));
+    host.willAnswerNo();
+    data.saveAllTrials();
+    ASSERT_EQ(data.getUnsavedTrials().GetSize(), 1);
+    EXPECT_EQ(data.setTrialChannels(2, 2, nullptr, ""), 1);
+    EXPECT_THAT(paths(), ElementsAre(path("new\\study_0_1.trl"), path("new\\study_1.trl")));
+    EXPECT_EQ(data.saveUnsavedTrials(), 0);
+    EXPECT_EQ(read(path("new\\study_0.trl"))->m_strTrialName, "former");
+    EXPECT_EQ(read(path("new\\study_0_1.trl"))->m_strTrialName, "0");
+}
+
 TEST_F(MadeDataset, DoesNotGiveItsPathsToUnsavedTrialsOfTheFormerOne)
 {
     editAndLoseFile(1, -5.0);
