@@ -45,7 +45,8 @@ public:
     /// as the trial's spectrum says, by a factor or linearly. Marks the spectrum as normalised (3 for nLaw 1, else 2).
     /// 0 for a dFactor or lowest frequency not above 0, for T or F below 1, and for values too small to work with:
     /// "Sampling rate is smaller than %0.16f", "Low-frequency is smaller than %0.16f", "Frequency power step is smaller
-    /// than %0.16f", "Frequency linear step is smaller than %0.16f", with the placeholder unfilled.
+    /// than %0.16f", "Frequency linear step is smaller than %0.16f", letter by letter as they stand here: it is meant
+    /// so.
     int normalizeFreq(int nLaw, double dFactor, bool bPower, int nClass, int nDataType);
     /// The same for all classes and data types. Always 1.
     int normalizeFreqAll(int nLaw, double dFactor, bool bPower);

@@ -152,7 +152,7 @@ int CDlgReSamplingMEGData::setNewPreTrigPts()
     if (m_pDataset == nullptr)
         return 0;
     CMEGRecordInfozkProzk& record = m_pDataset->m_recordInfo;
-    // The texts are shown with their placeholders, and the number goes to the kind of box: it is meant so.
+    // The texts are shown letter by letter, and the number goes to the kind of box: it is meant so.
     const auto kind = static_cast<unsigned>(m_nPreTrigPts);
     if (m_nPreTrigPts >= record.m_nRecTotalSample) {
         AfxMessageBox("Pre-Trigger points (%I64d) should be smaller than sample (%I64d)", kind);
